@@ -1,0 +1,26 @@
+# How this project's own code is compiled. Included after the libraries that are built along with it, so that it holds
+# for every folder added from here on and for none of theirs.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion)
+add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>)
+add_compile_options(-ffunction-sections -fdata-sections)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # A unique symbol would keep the library from being unloaded.
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
+    # GCC 12 finds overlapping copies within its own std::string (its bug 105651).
+    add_compile_options(-Wno-restrict)
+endif()
+
+add_link_options(-Wl,--gc-sections)
+if(WIN32)
+    # The same sources give the same file; the symbols of a shipped DLL are of no use to a host.
+    add_link_options(-Wl,--no-insert-timestamp)
+    add_link_options($<$<CONFIG:MinSizeRel,Release>:-s>)
+elseif(NOT PVWAPI_BUILD_FUZZERS)
+    # The library is whole: a missing piece shows when it is linked, not when a host loads it. (The names of clang's
+    # sanitizers stand in the program alone.)
+    add_link_options(-Wl,--no-undefined)
+endif()

@@ -1,0 +1,21 @@
+# The targets `gtest` and `gmock`, built from Debian's source with the flags of this build (sanitizers, cross compiler),
+# and pv_add_test, which makes a test program of them.
+function(pv_add_googletest)
+    set(INSTALL_GTEST OFF)
+    set(CMAKE_COMPILE_WARNING_AS_ERROR OFF)
+    add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+endfunction()
+
+# pv_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>])
+# One entry of ctest a program, not one a case: a start under Wine costs more than most cases.
+function(pv_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} gmock_main)
+    add_test(NAME ${name} COMMAND ${name})
+    if(arg_TIMEOUT)
+        set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+    endif()
+endfunction()
+
+pv_add_googletest()
