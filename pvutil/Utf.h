@@ -1,0 +1,105 @@
+// One code point at a time between UTF-16 and UTF-8, and the writer that both directions and the form body share.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+
+#include "pvutil/StringEx.h"
+
+namespace kzn::pvutil::utf {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+/// Reads the code point at `at` and moves behind it; a surrogate without its partner reads as U+FFFD.
+inline char32_t next(const stringex::CharT*& at, const stringex::CharT* end) noexcept
+{
+    const char32_t unit = static_cast<char16_t>(*at++);
+    if (unit < 0xD800 || unit > 0xDFFF) return unit;
+    if (unit > 0xDBFF || at == end) return kReplacement;
+    const char32_t partner = static_cast<char16_t>(*at);
+    if (partner < 0xDC00 || partner > 0xDFFF) return kReplacement;
+    ++at;
+    return 0x10000 + ((unit - 0xD800) << 10) + (partner - 0xDC00);
+}
+
+/// The same of UTF-8, for a byte that is not ASCII; the longest beginning of a sequence that breaks off is one U+FFFD.
+char32_t next(const unsigned char*& at, const unsigned char* end) noexcept;
+
+/// The UTF-8 bytes of a code point; returns how many of the four are used.
+inline std::size_t toUtf8(char32_t point, std::array<unsigned char, 4>& bytes) noexcept
+{
+    const auto tail = [point](int shift) { return static_cast<unsigned char>(0x80 | ((point >> shift) & 0x3F)); };
+    if (point < 0x80) {
+        bytes[0] = static_cast<unsigned char>(point);
+        return 1;
+    }
+    if (point < 0x800) {
+        bytes = {static_cast<unsigned char>(0xC0 | (point >> 6)), tail(0)};
+        return 2;
+    }
+    if (point < 0x10000) {
+        bytes = {static_cast<unsigned char>(0xE0 | (point >> 12)), tail(6), tail(0)};
+        return 3;
+    }
+    bytes = {static_cast<unsigned char>(0xF0 | (point >> 18)), tail(12), tail(6), tail(0)};
+    return 4;
+}
+
+/// Gathers units in a block on the stack and appends them to a text block by block, so that nothing grows but the text.
+template <typename Text>
+class BlockWriter {
+public:
+    using Unit = typename Text::value_type;
+
+    explicit BlockWriter(Text& text) : text_(text) {}
+    BlockWriter(const BlockWriter&) = delete;
+    BlockWriter& operator=(const BlockWriter&) = delete;
+
+    /// Room for up to kReserve further units; `advance` says how many were used.
+    Unit* room()
+    {
+        if (used_ > kBlock - kReserve) flush();
+        return block_.data() + used_;
+    }
+
+    void advance(std::size_t count) noexcept { used_ += count; }
+
+    /// For a loop of its own over many units: it may write kReserve units at a time from `room()` on, as long as it
+    /// stands before `full()`, and says at last how far it came.
+    const Unit* full() const noexcept { return block_.data() + kBlock - kReserve + 1; }
+    void usedTo(const Unit* end) noexcept { used_ = static_cast<std::size_t>(end - block_.data()); }
+
+    /// The ASCII that `at` begins with, as far as the block has room; moves behind it.
+    template <typename From>
+    void putAscii(const From*& at, const From* end)
+    {
+        Unit* out = room();
+        for (const Unit* const stop = full(); at != end && *at < 0x80 && out != stop; ++at)
+            *out++ = static_cast<Unit>(*at);
+        usedTo(out);
+    }
+
+    void put(Unit unit)
+    {
+        *room() = unit;
+        advance(1);
+    }
+
+    /// To be called when all is written: what is left in the block goes out.
+    void flush()
+    {
+        text_.append(block_.data(), used_);
+        used_ = 0;
+    }
+
+private:
+    static constexpr std::size_t kBlock = 1024;
+    static constexpr std::size_t kReserve = 4;
+
+    Text& text_;
+    std::size_t used_ = 0;
+    std::array<Unit, kBlock> block_;
+};
+
+}  // namespace kzn::pvutil::utf
