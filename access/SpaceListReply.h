@@ -1,0 +1,64 @@
+// The parts of a scripted listing: workspaces, invitations, and the user's role in each workspace.
+#pragma once
+
+#include <unordered_map>
+#include <vector>
+
+#include "client/CommonResponse.h"
+#include "records/Roles.h"
+#include "records/Spaces.h"
+
+namespace wapi {
+
+/// The listed workspaces, in the order of the reply.
+class SpaceListPart final : public CWapiReplyPart {
+public:
+    SpaceListPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    void onEnd(unsigned id) override;
+
+    std::vector<SpaceForList> spaces;
+
+private:
+    SpaceForList space_;
+};
+
+/// The invitations, in the order of the reply.
+class InvitationPart final : public CWapiReplyPart {
+public:
+    InvitationPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    void onEnd(unsigned id) override;
+
+    std::vector<CZelSpaceInvite> invitations;
+
+private:
+    CZelSpaceInvite invite_;
+    CStringT inviteType_;
+    CStringT inviteAs_;
+};
+
+/// The user's own role by workspace ID; the first that is told of a workspace stays.
+class SpaceRolePart final : public CWapiReplyPart {
+public:
+    SpaceRolePart(CXMLWapiCommonResponse& reply, std::string_view at);
+    void onEnd(unsigned id) override;
+
+    std::unordered_map<CStringT, int> roles;
+
+private:
+    CStringT workspaceID_;
+    MemberRole role_;
+    std::vector<MemberRole> pending_;
+};
+
+/// The reply to a script that lists workspaces.
+class list_space_library_resp : public CXMLWapiCommonResponse {
+public:
+    /// Appends the workspaces, each with the user's role where one is told of it, and replaces the invitations.
+    void moveInto(std::vector<SpaceForList>& listed, std::vector<CZelSpaceInvite>& invited);
+
+    SpaceListPart spaces{*this, kScriptReply};
+    InvitationPart invitations{*this, kScriptReply};
+    SpaceRolePart roles{*this, kScriptReply};
+};
+
+}  // namespace wapi

@@ -1,0 +1,68 @@
+// What every reply has in common, and how a reply is put together from parts.
+#pragma once
+
+#include <initializer_list>
+#include <string_view>
+#include <vector>
+
+#include "pvutil/XmlHandler.h"
+
+/// Where a part of a reply hangs: below the reply itself, or below a step of a script.
+constexpr std::string_view kDirectReply = "/kznapi/return/";
+constexpr std::string_view kScriptReply = "/kznapi/return/step/";
+
+/// A repeated element of a reply that becomes records: it names the element and its texts when it is made, and builds a
+/// record each time the element ends.
+class CWapiReplyPart {
+public:
+    CWapiReplyPart() = default;
+    CWapiReplyPart(const CWapiReplyPart&) = delete;  // the reply holds the addresses of its texts
+    CWapiReplyPart& operator=(const CWapiReplyPart&) = delete;
+
+    virtual void onEnd(unsigned id) = 0;
+
+protected:
+    ~CWapiReplyPart() = default;
+};
+
+/// The base of every reply: its outcome, and the messages that came with it.
+class CXMLWapiCommonResponse : public EXPAT_EX::CXMLHandler {
+public:
+    CXMLWapiCommonResponse();
+
+    /// "SUCCESS" without regard to case. A reply without a result has not succeeded.
+    bool succeeded() const noexcept;
+
+    void OnEndNodeListEvent(unsigned id) override;
+
+    /// One text below a list's path, or below a prefix.
+    struct Field {
+        std::string_view path;
+        CStringT* text;
+    };
+
+    /// Selects the texts of single elements below `prefix`.
+    void select(std::string_view prefix, std::initializer_list<Field> fields);
+
+    /// Selects the texts of an element that repeats, and tells every part when one ends.
+    void listen(unsigned id, std::string_view prefix, std::string_view list, std::initializer_list<Field> fields);
+
+    void add(CWapiReplyPart& part) { parts_.push_back(&part); }
+
+    CStringT result;
+    CStringT exceptionID;
+    CStringT reason;
+    CStringT messages;  ///< each message with "<br>" behind it
+    CStringT message;   ///< the latest of them
+
+private:
+    std::vector<CWapiReplyPart*> parts_;
+};
+
+/// A reply that may carry a credential.
+class CXMLWapiMessage : public CXMLWapiCommonResponse {
+public:
+    CXMLWapiMessage() { select("/kznapi/", {{"securityContext/cred/", &cred}}); }
+
+    CStringT cred;
+};

@@ -1,0 +1,120 @@
+// The road of every request: log, post, log, parse, judge; and the two calls that pass a caller's own command through.
+#include "client/Operation.h"
+#include "client/TraceLog.h"
+#include "pvutil/HttpClient.h"
+
+using namespace wapi;
+using kzn::pvutil::CZelHttpClient;
+using kzn::pvutil::HTTP_METHOD;
+namespace HttpOption = kzn::pvutil::HttpOption;
+
+namespace {
+
+constexpr int kFound = 200;
+constexpr std::string_view kNoConnection = "Network error. Unable to connect to";  // the URL follows without a blank
+constexpr std::string_view kBadStatus = "Network error, http return code is not 200. It is";
+constexpr std::string_view kProxyCall = "CWapiClient::WapiProxyCall";
+
+// The reason stands beside the response here, where no parser looks for it.
+constexpr std::string_view kLoginRefusal =
+    "<kznapi><response><result>FAILURE</result></response><reason>Can't call login command!</reason></kznapi>";
+
+HTTP_METHOD transportMethod(CWapiClient::METHOD_TYPE method) noexcept
+{
+    return method == CWapiClient::METHOD_POST ? HTTP_METHOD::POST : HTTP_METHOD::GET;
+}
+
+// A post carries the form as its body, anything else behind one "?", whatever the address holds.
+int sendProxied(CZelHttpClient& http, HTTP_METHOD method, const CStringT& url, const CStringT& form,
+                const CStringT& headers)
+{
+    if (method == HTTP_METHOD::POST) return http.Request(url, method, form, headers, HttpOption::kProxy);
+    return http.Request(url + wide("?") + form, method, CStringT(), headers, HttpOption::kProxy);
+}
+
+void traceBadStatus(int status)
+{
+    FormBody note;
+    note.literal(kProxyCall, ". ", kBadStatus, status);
+    trace(TraceLevel::error, note);
+}
+
+}  // namespace
+
+int CWapiClient::post(const CStringT& body, CXMLWapiCommonResponse& parser)
+{
+    trace(TraceLevel::debug, body);
+    return doRequest(opURL, body, parser, METHOD_POST);
+}
+
+int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CXMLWapiCommonResponse& parser,
+                           METHOD_TYPE method)
+{
+    CStringT reply;
+    return doRequest(url, body, reply, parser, method, {});
+}
+
+int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CStringT& reply, CXMLWapiCommonResponse& parser,
+                           METHOD_TYPE method, CStringT)
+{
+    traceLog().write(LogLevel::debug, body);
+    {
+        CZelHttpClient http;
+        const int status = http.Request(url, transportMethod(method), body, {}, HttpOption::kForm);
+        logReply(http);
+        lastMessage.clear();
+        if (status == CZelHttpClient::kNoConnection) {
+            networkError = 1;
+            lastMessage.reason = wide(kNoConnection) + url;
+            trace(TraceLevel::error, lastMessage.reason);
+            return 0;
+        }
+        networkError = 0;
+        reply = http.ResponseContent();
+    }
+    parser.ParseXML(reply);
+    trace(TraceLevel::debug, reply);
+    if (parser.succeeded()) return 1;
+
+    lastMessage.response = reply;
+    lastMessage.reason = parser.reason;
+    lastMessage.exceptionID = parser.exceptionID;
+    return 0;
+}
+
+int CWapiClient::callWapi(const CStringT& cred, const CStringT& command)
+{
+    return guarded([&] {
+        FormBody body;
+        body.literal(command).encoded("&cred=", cred);
+        CXMLWapiMessage parser;
+        return post(body, parser);
+    });
+}
+
+int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, METHOD_TYPE method, const CStringT& url,
+                               const CStringT& headers, int withCred, CStringT& reply)
+{
+    return operation(kProxyCall.data(), Timer::leave, [&] {
+        trace(TraceLevel::debug, command);
+        if (findLast(command, "cmd=login") != CStringT::npos) {
+            reply = wide(kLoginRefusal);
+            return 0;
+        }
+        FormBody form;
+        form.literal(command);
+        if (withCred != 0) form.encoded("&cred=", cred);
+
+        CZelHttpClient http;
+        const int status = sendProxied(http, transportMethod(method), url, form, headers);
+        if (status == kFound) networkError = 0;
+        else traceBadStatus(status);
+        logReply(http);
+        reply = http.ResponseContent();
+        if (withCred == 0) return 0;
+
+        CXMLWapiCommonResponse parser;
+        parser.ParseXML(reply);
+        return parser.succeeded() ? 1 : 0;
+    });
+}

@@ -1,0 +1,120 @@
+#include "client/TraceLog.h"
+
+#include <array>
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+#include "pvutil/Folders.h"
+#include "pvutil/Process.h"
+
+namespace wapi {
+
+using namespace kzn::pvutil;
+
+namespace {
+
+// Has neither a constructor nor a destructor to run: it stands before the first and after the last of them.
+constinit TraceLog theLog;
+
+// Made at the first line and never destroyed: not every system has a mutex that needs no code to come into being.
+std::mutex& theLock() noexcept
+{
+    static std::mutex lock;
+    return lock;
+}
+
+std::string_view prefixOf(int level) noexcept
+{
+    switch (static_cast<LogLevel>(level)) {
+    case LogLevel::error: return "Error: ";
+    case LogLevel::warning: return "Warning: ";
+    case LogLevel::info: return "Info: ";
+    case LogLevel::debug: return "Debug: ";
+    }
+    return {};
+}
+
+// "\r\n<2026-01-31 23:59:58, pid=1234, tid=1235> "
+std::string headOf()
+{
+    std::array<char, 96> head;
+    const std::tm now = localTime();
+    std::size_t length = std::strftime(head.data(), head.size(), "\r\n<%Y-%m-%d %H:%M:%S", &now);
+    const int rest =
+        std::snprintf(head.data() + length, head.size() - length, ", pid=%lu, tid=%lu> ", processId(), threadId());
+    if (rest > 0) length += static_cast<std::size_t>(rest);
+    return {head.data(), length};
+}
+
+}  // namespace
+
+TraceLog& traceLog() noexcept
+{
+    return theLog;
+}
+
+void TraceLog::openInDataFolder() noexcept
+{
+    try {
+        CStringT path;
+        if (const auto data = applicationDataFolder()) {
+            const CStringT separator(1, kPathSeparator);
+            path = *data + stringex::FromUtf8("Pravik") + separator + stringex::FromUtf8("Log") + separator;
+            createFolders(path);
+        }
+        open(path + stringex::FromUtf8("pvwapi.txt"));
+    } catch (...) {  // no memory for a path: no log
+    }
+}
+
+void TraceLog::open(const CStringT& path) noexcept
+{
+    const std::lock_guard guard(theLock());
+    file_.open(path);
+}
+
+void TraceLog::close() noexcept
+{
+    const std::lock_guard guard(theLock());
+    file_.close();
+}
+
+void TraceLog::write(int level, const CStringT& text) noexcept
+{
+    if (drops(level)) return;
+    try {
+        writeUtf8(level, stringex::ToUtf8(text));
+    } catch (...) {  // no memory for the line
+    }
+}
+
+void TraceLog::writeUtf8(int level, std::string_view text) noexcept
+{
+    if (drops(level)) return;
+    try {
+        const std::string_view prefix = prefixOf(level);
+        std::string line = headOf();
+        line.reserve(line.size() + prefix.size() + 1 + text.size() + LogFile::kEndOfLine.size());
+        line.append(prefix).append(" ").append(text).append(LogFile::kEndOfLine);
+
+        const std::lock_guard guard(theLock());
+        if (file_.isOpen()) file_.write(line);
+    } catch (...) {  // no memory for the line
+    }
+}
+
+void logReply(const CZelHttpClient& http) noexcept
+{
+    std::string_view utf8;
+    if (http.ResponseUtf8(utf8)) {
+        traceLog().writeUtf8(LogLevel::debug, utf8);
+        return;
+    }
+    try {
+        traceLog().write(LogLevel::debug, http.ResponseContent());
+    } catch (...) {  // no memory for the line
+    }
+}
+
+}  // namespace wapi

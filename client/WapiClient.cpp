@@ -1,0 +1,187 @@
+// The client's life: endpoints, copies, destruction, and what it holds.
+#include "client/WapiClient.h"
+
+#include <typeinfo>
+
+#include "client/ClientLogin.h"
+#include "client/Operation.h"
+#include "client/Text.h"
+
+using namespace wapi;
+
+namespace {
+
+constexpr std::string_view kOperationPath = "/kznconnect/op.do";
+
+// Where the stand-in service listens. These carry no "?" behind them, unlike the derived ones.
+constexpr std::string_view kDefaultOp = "http://127.0.0.1:8420/kznconnect/op.do";
+constexpr std::string_view kDefaultNullSession = "http://127.0.0.1:8420/kznconnect/nullsession.do";
+constexpr std::string_view kDefaultUpload = "http://127.0.0.1:8420/kznconnect/upload.do";
+constexpr std::string_view kDefaultDms = "http://127.0.0.1:8420/kzndms";
+
+CStringT joined(const CStringT& text, std::size_t length, std::string_view tail)
+{
+    CStringT result = text.substr(0, length);
+    appendAscii(result, tail);
+    return result;
+}
+
+// The last "/" that has something behind it; npos where there is none.
+std::size_t lastInnerSlash(const CStringT& url)
+{
+    return url.size() < 2 ? CStringT::npos : url.rfind('/', url.size() - 2);
+}
+
+void tick(void* owner, unsigned int timerID)
+{
+    static_cast<CWapiClient*>(owner)->OnTimer(timerID);
+}
+
+// A copy of a text; empty where there is no memory for one.
+CStringT copyOf(const CStringT& text) noexcept
+{
+    try {
+        return text;
+    } catch (...) {
+        return {};
+    }
+}
+
+}  // namespace
+
+CWapiClient::CWapiClient(CStringT baseURL)
+{
+    opURL.swap(baseURL);
+    guarded([this] {
+        init();
+        return 1;
+    });
+    timerWindow.create(typeid(CWapiClient).name(), this, &tick);
+}
+
+void CWapiClient::init()
+{
+    if (opURL.empty()) {
+        opURL = wide(kDefaultOp);
+        nullSessionURL = wide(kDefaultNullSession);
+        uploadURL = wide(kDefaultUpload);
+        dmsURL = wide(kDefaultDms);
+    } else {
+        const std::size_t folder = lastInnerSlash(opURL);
+        nullSessionURL = joined(opURL, folder, "/nullsession.do?");
+        uploadURL = joined(opURL, folder, "/upload.do?");
+        dmsURL = joined(opURL, findLast(opURL, kOperationPath), "/kzndms");
+    }
+    userID.clear();
+    networkError = 0;
+    loginHandler = std::make_shared<CWapiClientLogin>();
+}
+
+CWapiClient::CWapiClient(const CWapiClient& other)
+{
+    *this = other;
+}
+
+CWapiClient& CWapiClient::operator=(const CWapiClient& other)
+{
+    if (this == &other) return *this;
+    timerWindow.share(other.timerWindow, this);
+    networkError = other.networkError;
+    loginHandler = other.loginHandler;
+    refreshInterval = other.refreshInterval;
+    guarded([&] {
+        opURL = other.opURL;
+        nullSessionURL = other.nullSessionURL;
+        uploadURL = other.uploadURL;
+        dmsURL = other.dmsURL;
+        userID = other.userID;
+        namespaceID = other.namespaceID;
+        rootCred = other.rootCred;
+        lastMessage = other.lastMessage;
+        return 1;
+    });
+    return *this;
+}
+
+CWapiClient::~CWapiClient()
+{
+    timerWindow.destroy();
+    loginHandler.reset();
+}
+
+void CWapiClient::rearmTimer() noexcept
+{
+    constexpr unsigned kRefreshTimer = 1;
+    timerWindow.setTimer(kRefreshTimer, refreshInterval);
+}
+
+void CWapiClient::keepFailure(const char* reason) noexcept
+{
+    lastMessage.clear();
+    try {
+        lastMessage.reason = wide(reason);
+    } catch (...) {  // no memory even for the reason: the 0 has to say it
+    }
+}
+
+CStringT CWapiClient::getUserID()
+{
+    return copyOf(userID);
+}
+
+CStringT CWapiClient::getNamespaceID()
+{
+    return copyOf(namespaceID);
+}
+
+const CStringT& CWapiClient::getRootCred() const
+{
+    return rootCred;
+}
+
+void CWapiClient::setRootCred(const CStringT& cred)
+{
+    guarded([&] {
+        rootCred = cred;
+        return 1;
+    });
+}
+
+WAPIMESSAGE CWapiClient::GetLstMsg()
+{
+    try {
+        return lastMessage;
+    } catch (...) {
+        return {};
+    }
+}
+
+int CWapiClient::getNetworkError() const
+{
+    return networkError;
+}
+
+unsigned int CWapiClient::getRefreshInterval() const
+{
+    return refreshInterval;
+}
+
+const CStringT& CWapiClient::getOpURL() const
+{
+    return opURL;
+}
+
+const CStringT& CWapiClient::getNullSessionURL() const
+{
+    return nullSessionURL;
+}
+
+const CStringT& CWapiClient::getUploadURL() const
+{
+    return uploadURL;
+}
+
+const CStringT& CWapiClient::getDmsURL() const
+{
+    return dmsURL;
+}
