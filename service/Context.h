@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "service/store/Sessions.h"
+
+namespace service {
+
+namespace store {
+class Database;
+}
+
+// What the operator decided when the service was started.
+struct Settings {
+    long long sessionDuration = 7'200'000;          // milliseconds
+    std::uint64_t maxUpload = 64ULL * 1024 * 1024;  // bytes of a picture
+    std::string baseURL;                            // where this service is reached, known once it listens
+};
+
+// A file that came with a request.
+struct Upload {
+    std::string fileName;
+    std::string_view content;
+};
+
+// One request: the data file, who calls, and when.
+struct Context {
+    store::Database& database;
+    const Settings& settings;
+    long long now;
+    store::Session session;          // empty before the caller is known
+    const Upload* upload = nullptr;  // only requests to the upload endpoint have one
+};
+
+}  // namespace service

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <boost/asio/ip/tcp.hpp>
+#include <string>
+
+#include "service/Context.h"
+
+namespace service {
+
+// What the command line asks for.
+struct Options {
+    std::string dataFile;
+    boost::asio::ip::tcp::endpoint listen;
+    std::string seed;  // empty, or the name of an organisation to begin with
+    Settings settings;
+};
+
+// How reading the command line ended: go on, or leave at once with this exit status.
+struct OptionsResult {
+    bool goOn = false;
+    int exitStatus = 0;
+};
+
+// Says on standard error what is wrong with the arguments, in one line.
+OptionsResult readOptions(int argc, const char* const* argv, Options& options);
+
+}  // namespace service

@@ -1,0 +1,87 @@
+#include "service/base/Refusal.h"
+#include "service/base/Secret.h"
+#include "service/base/Text.h"
+#include "service/commands/Handlers.h"
+#include "service/rules/Roles.h"
+#include "service/store/Database.h"
+#include "service/store/Users.h"
+
+namespace service::commands {
+
+namespace {
+
+// How long the owner of an expired session is told so.
+constexpr long long kKeepExpired = 24LL * 60 * 60 * 1000;
+
+// One reason for an unknown name and a wrong password: nobody learns which names exist.
+std::string signedInUser(Context& context, const http::Form& form)
+{
+    const bool byToken = form.has("token");
+    if (byToken == form.has("password")) {
+        throw Refusal(exceptionid::kBadRequest, "a login needs either a password or a token");
+    }
+    const std::optional<std::string> userID = store::userIDByName(context.database, form.required("username"));
+    const store::Secrets secrets = store::secretsOf(context.database, userID.value_or(std::string()));
+    const bool matches = byToken ? secretMatches(form.text("token"), secrets.tokenHash)
+                                 : secretMatches(form.text("password"), secrets.passwordHash);
+    if (!matches || !userID) {
+        throw Refusal(exceptionid::kLoginRefused,
+                      byToken ? "user name or token is wrong" : "user name or password is wrong");
+    }
+    return *userID;
+}
+
+// Without an identity provider the user's own organisation vouches.
+void checkProvider(Context& context, const std::string& userID, const std::string& isp)
+{
+    bool known = isp.empty();
+    for (const store::Provider& provider : store::providersOf(context.database, userID)) {
+        known = known || isp == provider.providerID || isp == provider.providerName;
+    }
+    if (!known) throw Refusal(exceptionid::kLoginRefused, "you have no account at the provider " + quoted(isp));
+}
+
+std::string openSession(Context& context, const std::string& userID, const std::string& workspaceID)
+{
+    store::Session session;
+    session.cred = newCredential();
+    session.userID = userID;
+    session.workspaceID = workspaceID;
+    session.duration = context.settings.sessionDuration;
+    session.expires = context.now + session.duration;
+    store::insertSession(context.database, session);
+    return session.cred;
+}
+
+void checkAutocommit(const http::Form& form)
+{
+    if (form.has("autocommit") && form.text("autocommit") != "true") {
+        throw Refusal(exceptionid::kBadRequest, "every request is a transaction of its own: autocommit must be true");
+    }
+}
+
+}  // namespace
+
+void login(Context& context, const http::Form& form, Reply& reply)
+{
+    checkAutocommit(form);
+    const std::string userID = signedInUser(context, form);
+    checkProvider(context, userID, form.text("isp"));
+    store::deleteSessionsExpiredBefore(context.database, context.now - kKeepExpired);
+    reply.cred = openSession(context, userID, {});
+}
+
+void logout(Context& context, const http::Form& /*form*/, Reply& /*reply*/)
+{
+    store::deleteSession(context.database, context.session.cred);
+}
+
+void cloneSession(Context& context, const http::Form& form, Reply& reply)
+{
+    checkAutocommit(form);
+    const std::string workspaceID = form.text("workspace");
+    if (!workspaceID.empty()) rules::requireMember(context, workspaceID);
+    reply.cred = openSession(context, context.session.userID, workspaceID);
+}
+
+}  // namespace service::commands

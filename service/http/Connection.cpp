@@ -1,0 +1,165 @@
+#include "service/http/Connection.h"
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/http/error.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/write.hpp>
+#include <limits>
+#include <utility>
+
+#include "service/base/Refusal.h"
+
+namespace service::http {
+
+namespace beast = boost::beast;
+namespace wire = boost::beast::http;
+
+namespace {
+
+constexpr std::size_t kDrainBytes = 80UL * 1024 * 1024;
+constexpr std::size_t kDrainPiece = 64UL * 1024;
+constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
+
+std::string textOf(boost::beast::string_view view)
+{
+    return {view.data(), view.size()};
+}
+
+// What is answered to bytes that are not a request that can be taken.
+Response refusalFor(const beast::error_code& error)
+{
+    if (error == wire::error::header_limit) {
+        return refusal(431, "the head of the request is too large", exceptionid::kLimitExceeded);
+    }
+    if (error == wire::error::body_limit) {
+        return refusal(413, "the request is too large", exceptionid::kLimitExceeded);
+    }
+    return refusal(400, "this is not a request: " + error.message(), exceptionid::kBadRequest);
+}
+
+bool isParseError(const beast::error_code& error)
+{
+    static const beast::error_code kSample = wire::make_error_code(wire::error::bad_method);
+    return error.category() == kSample.category() && error != wire::error::end_of_stream &&
+           error != wire::error::partial_message;
+}
+
+}  // namespace
+
+Connection::Connection(boost::asio::ip::tcp::socket socket, const Router& router, const ConnectionLimits& limits,
+                       std::shared_ptr<void> slot)
+    : stream_(std::move(socket)), router_(router), limits_(limits), slot_(std::move(slot))
+{
+}
+
+void Connection::start()
+{
+    Error ignored;
+    // A reply is one write; holding it back for an acknowledgement would only delay it.
+    stream_.socket().set_option(boost::asio::ip::tcp::no_delay(true), ignored);
+    readHeader();
+}
+
+void Connection::readHeader()
+{
+    parser_.emplace();
+    parser_->header_limit(limits_.headerBytes);
+    // The target decides how much a body may hold, and is not known yet.
+    parser_->body_limit(std::numeric_limits<std::uint64_t>::max());
+    stream_.expires_after(limits_.header);
+    wire::async_read_header(stream_, buffer_, *parser_,
+                            [self = shared_from_this()](Error error, std::size_t) { self->onHeader(error); });
+}
+
+void Connection::onHeader(Error error)
+{
+    if (error) return onReadError(error);
+    const std::uint64_t limit = router_.bodyLimit(textOf(parser_->get().target()));
+    if (parser_->content_length().value_or(0) > limit) {
+        return onReadError(wire::make_error_code(wire::error::body_limit));
+    }
+    parser_->body_limit(limit);
+    if (beast::iequals(parser_->get()[wire::field::expect], "100-continue")) return sendContinue();
+    readBody();
+}
+
+void Connection::sendContinue()
+{
+    stream_.expires_after(limits_.write);
+    boost::asio::async_write(stream_, boost::asio::buffer(kContinue.data(), kContinue.size()),
+                             [self = shared_from_this()](Error error, std::size_t) {
+                                 if (!error) self->readBody();
+                             });
+}
+
+void Connection::readBody()
+{
+    stream_.expires_after(limits_.body);
+    wire::async_read(stream_, buffer_, *parser_,
+                     [self = shared_from_this()](Error error, std::size_t) { self->onBody(error); });
+}
+
+void Connection::onBody(Error error)
+{
+    if (error) return onReadError(error);
+    auto& message = parser_->get();
+    const wire::verb method = message.method();
+    if (method != wire::verb::post && method != wire::verb::get) {
+        return send(refusal(405, "only post and get are answered here", exceptionid::kBadRequest), false);
+    }
+    Request request;
+    request.isPost = method == wire::verb::post;
+    request.target = textOf(message.target());
+    request.contentType = textOf(message[wire::field::content_type]);
+    request.body = std::move(message.body());
+    send(router_.answer(request), message.keep_alive());
+}
+
+// A broken request is answered and the connection closed; where nobody is left to read, or too slow, it just closes.
+void Connection::onReadError(Error error)
+{
+    if (isParseError(error)) send(refusalFor(error), false);
+}
+
+void Connection::send(Response response, bool keepAlive)
+{
+    message_.emplace();
+    message_->result(response.status);
+    message_->set(wire::field::server, "pvwapi-service");
+    message_->set(wire::field::content_type, response.contentType);
+    message_->keep_alive(keepAlive);
+    message_->body() = std::move(response.body);
+    message_->prepare_payload();
+    stream_.expires_after(limits_.write);
+    wire::async_write(stream_, *message_,
+                      [self = shared_from_this()](Error error, std::size_t) { self->onWritten(error); });
+}
+
+void Connection::onWritten(Error error)
+{
+    if (error) return;
+    if (message_->keep_alive()) return readHeader();
+    finish();
+}
+
+// Closing with unread bytes would reset the connection and could take the reply away from its reader.
+void Connection::finish()
+{
+    Error ignored;
+    stream_.socket().shutdown(boost::asio::ip::tcp::socket::shutdown_send, ignored);
+    if (ignored) return;
+    stream_.expires_after(limits_.drain);
+    buffer_.clear();
+    drain();
+}
+
+void Connection::drain()
+{
+    stream_.async_read_some(buffer_.prepare(kDrainPiece), [self = shared_from_this()](Error error, std::size_t bytes) {
+        self->drained_ += bytes;
+        if (!error && self->drained_ < kDrainBytes) self->drain();
+    });
+}
+
+}  // namespace service::http

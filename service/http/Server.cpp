@@ -1,0 +1,71 @@
+#include "service/http/Server.h"
+
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+
+namespace service::http {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPause{50};
+
+std::string textOf(const boost::asio::ip::tcp::endpoint& address)
+{
+    std::ostringstream text;
+    text << address;
+    return text.str();
+}
+
+}  // namespace
+
+Server::Server(boost::asio::io_context& io, const boost::asio::ip::tcp::endpoint& address, const Router& router,
+               const ConnectionLimits& limits)
+    : acceptor_(io), pause_(io), router_(router), limits_(limits)
+{
+    try {
+        acceptor_.open(address.protocol());
+        acceptor_.set_option(boost::asio::socket_base::reuse_address(true));
+        acceptor_.bind(address);
+        acceptor_.listen();
+    } catch (const boost::system::system_error& error) {
+        throw std::runtime_error("cannot listen on " + textOf(address) + ": " + error.code().message());
+    }
+    accept();
+}
+
+std::string Server::address() const
+{
+    return textOf(acceptor_.local_endpoint());
+}
+
+void Server::accept()
+{
+    acceptor_.async_accept([this](const boost::system::error_code& error, boost::asio::ip::tcp::socket socket) {
+        onAccepted(error, std::move(socket));
+    });
+}
+
+void Server::onAccepted(const boost::system::error_code& error, boost::asio::ip::tcp::socket socket)
+{
+    if (error == boost::asio::error::operation_aborted) return;
+    if (error) {
+        // Out of descriptors, most likely: those in use will come back.
+        std::clog << "a connection could not be taken: " << error.message() << std::endl;
+        return acceptLater();
+    }
+    if (static_cast<std::size_t>(slots_.use_count()) <= limits_.connections) {
+        std::make_shared<Connection>(std::move(socket), router_, limits_, slots_)->start();
+    }
+    accept();
+}
+
+void Server::acceptLater()
+{
+    pause_.expires_after(kPause);
+    pause_.async_wait([this](const boost::system::error_code& error) {
+        if (!error) accept();
+    });
+}
+
+}  // namespace service::http

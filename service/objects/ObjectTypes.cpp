@@ -1,0 +1,26 @@
+#include "service/objects/ObjectTypes.h"
+
+#include "service/base/Refusal.h"
+#include "service/base/Text.h"
+
+namespace service::objects {
+
+const ObjectType& objectType(std::string_view name)
+{
+    static const std::vector<ObjectType> kTypes{workspaceType(),      userType(),         invitationType(),
+                                                workspaceThingType(), organisationType(), sessionInfoType(),
+                                                thingType(),          eventType()};
+    for (const ObjectType& type : kTypes) {
+        for (const std::string_view known : type.names) {
+            if (known == name) return type;
+        }
+    }
+    throw Refusal(exceptionid::kUnknownType, "unknown object type " + quoted(name));
+}
+
+std::string currentOr(const std::string& id, const std::string& own)
+{
+    return id == "current" ? own : id;
+}
+
+}  // namespace service::objects

@@ -1,0 +1,39 @@
+#include "service/base/Clock.h"
+#include "service/objects/ObjectTypes.h"
+#include "service/store/Things.h"
+#include "service/xml/Reader.h"
+
+namespace service::objects {
+
+namespace {
+
+std::vector<xml::Node> listThings(const Context& context, const script::Selection& wanted)
+{
+    std::vector<xml::Node> nodes;
+    for (const store::Thing& item : store::thingsVisibleTo(context.database, context.session.userID)) {
+        xml::Node& thing = nodes.emplace_back("thing");
+        thing.add("thingID", item.thingID);
+        thing.add("thingName", item.name);
+        thing.add("userID", item.userID);
+        thing.add("createTime", timeText(item.created));
+        if (wanted.touches("ext")) thing.children.push_back(xml::read(item.extension, xml::Texts::plain));
+    }
+    return nodes;
+}
+
+std::optional<xml::Node> findThing(const Context& context, const std::string& id, const script::Selection& wanted)
+{
+    for (xml::Node& node : listThings(context, wanted)) {
+        if (node.textAt("thingID") == id) return std::move(node);
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+ObjectType thingType()
+{
+    return {"thing", {"thng", "thing"}, listThings, findThing};
+}
+
+}  // namespace service::objects

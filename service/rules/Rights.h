@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "service/Context.h"
+#include "service/xml/Node.h"
+
+namespace service::rules {
+
+// The answer to a question for a right. A refusal has a reason.
+struct Right {
+    bool access = false;
+    std::string reason;
+};
+
+// What the caller may do, computed from the real role in the workspace, or of the one that the document or the room is
+// in, and from what the organisation allows. `test` is one element of a list of tests.
+Right rightOf(const Context& context, const xml::Node& test);
+
+}  // namespace service::rules

@@ -1,0 +1,38 @@
+#include "service/script/Query.h"
+
+#include <algorithm>
+
+namespace service::script {
+
+namespace {
+
+std::vector<xml::Node> candidates(const Context& context, const Query& query)
+{
+    Selection wanted = query.select;
+    if (query.where) query.where->addPaths(wanted);
+    if (query.id.empty()) return query.type.list(context, wanted);
+    std::vector<xml::Node> nodes;
+    if (std::optional<xml::Node> node = query.type.find(context, query.id, wanted)) nodes.push_back(std::move(*node));
+    return nodes;
+}
+
+void keepPage(std::vector<xml::Node>& nodes, std::size_t page, std::size_t pageSize)
+{
+    const std::size_t first = std::min(nodes.size(), (page - 1) * pageSize);
+    const std::size_t last = std::min(nodes.size(), first + pageSize);
+    nodes.erase(nodes.begin() + static_cast<std::ptrdiff_t>(last), nodes.end());
+    nodes.erase(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(first));
+}
+
+}  // namespace
+
+std::vector<xml::Node> answer(const Context& context, const Query& query)
+{
+    std::vector<xml::Node> nodes = candidates(context, query);
+    if (query.where) std::erase_if(nodes, [&query](const xml::Node& node) { return !query.where->holds(node); });
+    keepPage(nodes, query.page, query.pageSize);
+    for (xml::Node& node : nodes) query.select.prune(node);
+    return nodes;
+}
+
+}  // namespace service::script

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace service::store {
+
+class Database;
+
+struct Event {
+    std::string eventID;
+    std::string workspaceID;
+    std::string senderID;
+    std::string senderName;
+    std::string type;
+    std::string name;
+    std::string displayName;
+    std::string message;
+    std::string tag;
+    long long created = 0;
+};
+
+void insertEvent(Database& database, const Event& event);
+
+// The events of all workspaces that the user is a member of, the oldest first.
+std::vector<Event> eventsVisibleTo(Database& database, const std::string& userID);
+
+// How many events others have sent to the workspace since the user joined it.
+long long notificationCount(Database& database, const std::string& workspaceID, const std::string& userID);
+
+// What a member's host last reported about a workspace.
+void putActivity(Database& database, const std::string& workspaceID, const std::string& userID, long long unread,
+                 long long active);
+
+// The sum of what all members' hosts have last reported.
+long long activityValue(Database& database, const std::string& workspaceID);
+
+}  // namespace service::store

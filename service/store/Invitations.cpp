@@ -1,0 +1,83 @@
+#include "service/store/Invitations.h"
+
+#include "service/store/Database.h"
+
+namespace service::store {
+
+namespace {
+
+Invitation invitationOf(const Rows& rows)
+{
+    Invitation invitation;
+    invitation.invitationID = rows.text(0);
+    invitation.workspaceID = rows.text(1);
+    invitation.workspaceName = rows.text(2);
+    invitation.descriptor = rows.text(3);
+    invitation.userID = rows.text(4);
+    invitation.userName = rows.text(5);
+    invitation.userEmail = rows.text(6);
+    invitation.status = rows.text(7);
+    invitation.inviteAs = rows.text(8);
+    invitation.inviteType = rows.number(9);
+    invitation.method = rows.text(10);
+    invitation.providerID = rows.text(11);
+    invitation.message = rows.text(12);
+    invitation.ownerID = rows.text(13);
+    invitation.ownerName = rows.text(14);
+    invitation.created = rows.number(15);
+    invitation.modified = rows.number(16);
+    invitation.statusChanged = rows.number(17);
+    invitation.expires = rows.number(18);
+    return invitation;
+}
+
+}  // namespace
+
+void insertInvitation(Database& database, const Invitation& invitation)
+{
+    database.run(
+        "INSERT INTO invitation (invitation_id, workspace_id, descriptor, user_id, status, invite_as,"
+        " invite_type, invite_method, provider_id, message, owner_id, created, modified, status_changed,"
+        " expires) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        invitation.invitationID, invitation.workspaceID, invitation.descriptor, invitation.userID, invitation.status,
+        invitation.inviteAs, invitation.inviteType, invitation.method, invitation.providerID, invitation.message,
+        invitation.ownerID, invitation.created, invitation.modified, invitation.statusChanged, invitation.expires);
+}
+
+std::vector<Invitation> invitationsVisibleTo(Database& database, const std::string& userID, long long now)
+{
+    Rows rows = database.select(
+        "SELECT i.invitation_id, i.workspace_id, w.name, i.descriptor, i.user_id, coalesce(u.user_name, ''),"
+        " coalesce(u.email, ''), i.status, i.invite_as, i.invite_type, i.invite_method, i.provider_id, i.message,"
+        " i.owner_id, o.user_name, i.created, i.modified, i.status_changed, i.expires"
+        " FROM invitation i JOIN workspace w ON w.workspace_id = i.workspace_id JOIN user o ON o.user_id = i.owner_id"
+        " LEFT JOIN user u ON u.user_id = i.user_id"
+        " WHERE i.status = 'pending' AND i.expires > ?1 AND (i.user_id = ?2 OR EXISTS"
+        " (SELECT 1 FROM member m WHERE m.workspace_id = i.workspace_id AND m.user_id = ?2)) ORDER BY i.number",
+        now, userID);
+    std::vector<Invitation> invitations;
+    while (rows.next()) invitations.push_back(invitationOf(rows));
+    return invitations;
+}
+
+std::optional<Invitation> pendingInvitation(Database& database, const std::string& workspaceID,
+                                            const std::string& userID, long long now)
+{
+    for (Invitation& invitation : invitationsVisibleTo(database, userID, now)) {
+        if (invitation.workspaceID == workspaceID && invitation.userID == userID) return std::move(invitation);
+    }
+    return std::nullopt;
+}
+
+void setInvitationStatus(Database& database, const std::string& invitationID, const std::string& status, long long now)
+{
+    database.run("UPDATE invitation SET status = ?1, modified = ?2, status_changed = ?2 WHERE invitation_id = ?3",
+                 status, now, invitationID);
+}
+
+void deleteInvitation(Database& database, const std::string& invitationID)
+{
+    database.run("DELETE FROM invitation WHERE invitation_id = ?", invitationID);
+}
+
+}  // namespace service::store

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace service::store {
+
+class Database;
+
+struct Invitation {
+    std::string invitationID;
+    std::string workspaceID;
+    std::string workspaceName;
+    std::string descriptor;  // the invitee as the inviting user wrote it
+    std::string userID;      // empty while the invitee is unknown to the service
+    std::string userName;
+    std::string userEmail;
+    std::string status;
+    std::string inviteAs;
+    long long inviteType = 0;
+    std::string method;
+    std::string providerID;
+    std::string message;
+    std::string ownerID;
+    std::string ownerName;
+    long long created = 0;
+    long long modified = 0;
+    long long statusChanged = 0;
+    long long expires = 0;
+};
+
+namespace invitationstatus {
+inline constexpr const char* kPending = "pending";
+inline constexpr const char* kAccepted = "accepted";
+inline constexpr const char* kRejected = "rejected";
+}  // namespace invitationstatus
+
+void insertInvitation(Database& database, const Invitation& invitation);
+
+// The pending invitations that have not expired: those addressed to the user, and those of the user's workspaces.
+std::vector<Invitation> invitationsVisibleTo(Database& database, const std::string& userID, long long now);
+std::optional<Invitation> pendingInvitation(Database& database, const std::string& workspaceID,
+                                            const std::string& userID, long long now);
+void setInvitationStatus(Database& database, const std::string& invitationID, const std::string& status, long long now);
+void deleteInvitation(Database& database, const std::string& invitationID);
+
+}  // namespace service::store

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace service::store {
+
+class Database;
+
+struct Member {
+    std::string userID;
+    std::string userName;
+    std::string email;
+};
+
+struct Membership {
+    std::string workspaceID;
+    std::string workspaceName;
+    std::vector<std::string> roleIDs;
+};
+
+void insertMember(Database& database, const std::string& workspaceID, const std::string& userID, long long joined);
+
+// Returns false where there was no such member.
+bool deleteMember(Database& database, const std::string& workspaceID, const std::string& userID);
+bool isMember(Database& database, const std::string& workspaceID, const std::string& userID);
+std::vector<Member> membersOf(Database& database, const std::string& workspaceID);
+
+void addRole(Database& database, const std::string& workspaceID, const std::string& userID, const std::string& roleID);
+void clearRoles(Database& database, const std::string& workspaceID, const std::string& userID);
+std::vector<std::string> rolesOf(Database& database, const std::string& workspaceID, const std::string& userID);
+
+// Every workspace of the user with the roles held there, the oldest workspace first.
+std::vector<Membership> membershipsOf(Database& database, const std::string& userID);
+
+}  // namespace service::store

@@ -1,0 +1,10 @@
+#pragma once
+
+namespace service::store {
+
+class Database;
+
+// Brings the data file to the newest version, one step after another; refuses a file that is not ours, or newer.
+void upgradeSchema(Database& database);
+
+}  // namespace service::store

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace service::store {
+
+class Database;
+
+struct Workspace {
+    std::string workspaceID;
+    std::string name;
+    long long type = 0;
+    bool isTemplate = false;
+    std::string ownerID;
+    std::string ownerName;
+    std::string orgID;
+    std::string namespaceID;
+    std::string namespaceName;
+    std::string groupID;
+    std::string groupName;
+    std::string descriptionIcon;
+    std::string iconName;  // empty where there is no icon
+    long long created = 0;
+    long long modified = 0;
+};
+
+struct ChatRoom {
+    std::string roomID;
+    std::string workspaceID;
+    std::string name;
+};
+
+void insertWorkspace(Database& database, const Workspace& workspace);
+std::optional<Workspace> findWorkspace(Database& database, const std::string& workspaceID);
+
+// All workspaces that the user is a member of, the oldest first.
+std::vector<Workspace> workspacesOfMember(Database& database, const std::string& userID);
+void renameWorkspace(Database& database, const std::string& workspaceID, const std::string& name);
+void touchWorkspace(Database& database, const std::string& workspaceID, long long modified);
+void deleteWorkspace(Database& database, const std::string& workspaceID);
+
+std::vector<std::string> descriptionOf(Database& database, const std::string& workspaceID);
+void setDescription(Database& database, const std::string& workspaceID, const std::vector<std::string>& texts);
+
+void insertChatRoom(Database& database, const ChatRoom& room);
+std::vector<ChatRoom> chatRoomsOf(Database& database, const std::string& workspaceID);
+std::optional<std::string> workspaceOfChatRoom(Database& database, const std::string& roomID);
+std::optional<std::string> workspaceOfDocument(Database& database, const std::string& documentID);
+
+}  // namespace service::store
