@@ -1,0 +1,94 @@
+#include "host/Call.h"
+
+#include <charconv>
+
+#include "host/Errors.h"
+#include "host/Text.h"
+
+namespace host {
+
+Call::Call(const Settings& settings, Values values)
+    : settings_(settings),
+      values_(std::move(values)),
+      credentials_(readCredentials(settings.credentialsFile)),
+      client_(FromUtf8(settings.baseUrl))
+{
+    client_.setRootCred(credentials_.cred);
+}
+
+Call::~Call()
+{
+    if (ownSession_) client_.logout(client_.getRootCred());
+}
+
+const std::vector<std::string>& Call::values(const std::string& name) const
+{
+    static const std::vector<std::string> kNone;
+    const auto found = values_.find(name);
+    return found != values_.end() ? found->second : kNone;
+}
+
+bool Call::given(const std::string& name) const
+{
+    return !values(name).empty();
+}
+
+CStringT Call::text(const std::string& name) const
+{
+    return given(name) ? FromUtf8(values(name).back()) : CStringT();
+}
+
+int Call::number(const std::string& name, int otherwise) const
+{
+    if (!given(name)) return otherwise;
+    const std::string& digits = values(name).back();
+    int number = otherwise;
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return number;
+}
+
+std::vector<CStringT> Call::list(const std::string& name) const
+{
+    std::vector<CStringT> texts;
+    for (const std::string& value : values(name)) texts.push_back(FromUtf8(value));
+    return texts;
+}
+
+const CStringT& Call::cred()
+{
+    if (client_.getRootCred().empty()) {
+        signIn();
+        ownSession_ = true;
+    }
+    return client_.getRootCred();
+}
+
+void Call::signIn()
+{
+    const Credentials& c = credentials_;
+    if (c.user.empty() || (c.password.empty() && c.token.empty())) {
+        throw LocalProblem(
+            "no credentials: set PVWAPI_CRED, or PVWAPI_USER and PVWAPI_PASSWORD or PVWAPI_TOKEN, or "
+            "name a file with --credentials");
+    }
+    const int useToken = c.token.empty() ? 0 : 1;
+    check(client_.login(c.user, c.token, c.isp, c.password, useToken, 1));
+    if (client_.getRootCred().empty()) throw OperationFailed("the service signed in without a credential");
+}
+
+void Call::check(int result)
+{
+    if (result == 1) return;
+    const WAPIMESSAGE message = client_.GetLstMsg();
+    std::string line = message.reason.empty() ? "failed without a reason" : ToUtf8(message.reason);
+    if (!message.exceptionID.empty()) line += " (" + ToUtf8(message.exceptionID) + ")";
+    throw OperationFailed(line);
+}
+
+void Call::showText(const std::string& name, const CStringT& text)
+{
+    if (settings_.format == Format::json) return show(Json{{name, text}});
+    output_ += harmless(text, "\t\n") + '\n';
+}
+
+}  // namespace host

@@ -1,0 +1,20 @@
+// The library's texts and records as JSON: members keep their names and their order.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "client/WapiClient.h"
+
+namespace host {
+
+using Json = nlohmann::ordered_json;
+
+}  // namespace host
+
+// The library's text is a basic_string like many others, which JSON would take for a list of numbers.
+template <>
+struct nlohmann::adl_serializer<CStringT> {
+    static void to_json(host::Json& json, const CStringT& text) { json = kzn::pvutil::stringex::ToUtf8(text); }
+};
+
+void to_json(host::Json& json, const SpaceForList& space);
