@@ -1,0 +1,237 @@
+// The timer that keeps the session alive, ticking for real.
+#include <functional>
+
+#include "tests/client/ClientFixture.h"
+#include "tests/support/TraceLines.h"
+
+namespace {
+
+using RefreshTimerTest = ClientFixture;
+using namespace std::chrono_literals;
+
+const std::string kSessionRequest = "cmd=get&cred=root%20cred&type=sessionInfo&id=sessioninfo&select=sessionInfo";
+
+/// Re-arms the timer, whatever the service answers.
+void rearm(CWapiClient& client)
+{
+    CStringT cred;
+    client.cloneSession("any"_w, {}, cred);
+}
+
+struct TimedOperation {
+    const char* name;
+    bool arms;
+    std::function<void(CWapiClient&)> call;
+};
+
+int createSpace(CWapiClient& client, const CStringT& name)
+{
+    std::vector<CWapiClient::WKSP_Field_Value> fields;
+    CStringT id;
+    return client.createSpace({}, name, fields, id, 0, 0);
+}
+
+const std::vector<TimedOperation>& timedOperations()
+{
+    static const std::vector<TimedOperation> kAll = {
+        {"cloneSession", true, rearm},
+        {"createSpace", true, [](CWapiClient& c) { createSpace(c, "name"_w); }},
+        {"createSpaceRefused", true, [](CWapiClient& c) { createSpace(c, {}); }},
+        {"GetWkspList", true,
+         [](CWapiClient& c) {
+             std::vector<SpaceForList> spaces;
+             std::vector<CZelSpaceInvite> invitations;
+             c.GetWkspList({}, {}, {}, spaces, invitations);
+         }},
+        {"OnTimer", true, [](CWapiClient& c) { c.OnTimer(1); }},
+        {"login", true, [](CWapiClient& c) { EXPECT_EQ(c.login({}, {}, {}, {}, 0, 1), 1); }},
+        {"loginNotSent", false, [](CWapiClient& c) { EXPECT_EQ(c.login({}, {}, {}, {}, 0, 0), 0); }},
+        {"getSessionInfo", false, [](CWapiClient& c) { EXPECT_EQ(c.getSessionInfo({}), 1); }},
+        {"getCredForExpired", false,
+         [](CWapiClient& c) {
+             CStringT cred;
+             EXPECT_EQ(c.getCredForExpired(cred, {}, {}, {}, {}, 0), 1);
+         }},
+        {"logout", false, [](CWapiClient& c) { EXPECT_EQ(c.logout({}), 1); }},
+        {"callWapi", false, [](CWapiClient& c) { EXPECT_EQ(c.callWapi({}, {}), 1); }},
+        {"WapiProxyCall", false,
+         [](CWapiClient& c) {
+             CStringT reply;
+             EXPECT_EQ(c.WapiProxyCall({}, {}, CWapiClient::METHOD_POST, c.getOpURL(), {}, 1, reply), 1);
+         }},
+        {"GetSpacesTest", false, [](CWapiClient& c) { EXPECT_EQ(c.GetSpacesTest({}, {}), 1); }},
+    };
+    return kAll;
+}
+
+class TimedOperationTest : public ClientFixture, public testing::WithParamInterface<std::size_t> {};
+
+}  // namespace
+
+TEST_P(TimedOperationTest, ArmsTheTimerOrLeavesIt)
+{
+    const TimedOperation& operation = timedOperations().at(GetParam());
+    shortenInterval(client, 50ms);
+    operation.call(client);
+    if (operation.arms) EXPECT_TRUE(nextTickComes());
+    else EXPECT_TRUE(staysQuiet());
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, TimedOperationTest, testing::Range(std::size_t{0}, timedOperations().size()),
+                         [](const auto& of) { return std::string(timedOperations().at(of.param).name); });
+
+TEST_F(RefreshTimerTest, AsksForTheSessionWithTheRootCredential)
+{
+    client.setRootCred("root cred"_w);
+    shortenInterval(client, 200ms);
+    const auto armed = Clock::now();
+    rearm(client);
+    ASSERT_TRUE(nextTickComes());
+    EXPECT_GE(Clock::now() - armed, 180ms);
+    EXPECT_EQ(lastBody(), kSessionRequest);
+}
+
+TEST_F(RefreshTimerTest, IsPushedBackByEachOperationThatRearms)
+{
+    shortenInterval(client, 600ms);
+    rearm(client);
+    auto armed = Clock::now();
+    for (int i = 0; i < 4; ++i) {
+        ASSERT_TRUE(staysQuiet(300ms)) << "round " << i;
+        armed = Clock::now();
+        rearm(client);
+    }
+    ASSERT_TRUE(nextTickComes());
+    EXPECT_GE(Clock::now() - armed, 550ms);
+}
+
+TEST_F(RefreshTimerTest, IsPushedBackByARefusalWithoutARequest)
+{
+    shortenInterval(client, 600ms);
+    rearm(client);
+    ASSERT_TRUE(staysQuiet(300ms));
+    const auto armed = Clock::now();
+    ASSERT_EQ(createSpace(client, {}), 0);
+    ASSERT_TRUE(nextTickComes());
+    EXPECT_GE(Clock::now() - armed, 550ms);
+}
+
+TEST_F(RefreshTimerTest, StartsEvenWhenTheOperationFails)
+{
+    shortenInterval(client, 50ms);
+    otherwise(resultReply("FAILURE"));
+    rearm(client);
+    EXPECT_TRUE(nextTickComes());
+}
+
+TEST_F(RefreshTimerTest, DoesNotStartWithAFailedLogin)
+{
+    shortenInterval(client, 50ms);
+    otherwise(resultReply("FAILURE"));
+    ASSERT_EQ(client.login({}, {}, {}, {}, 0, 1), 0);
+    EXPECT_TRUE(staysQuiet());
+}
+
+TEST_F(RefreshTimerTest, StartsWithALoginAndUsesItsCredential)
+{
+    shortenInterval(client, 50ms);
+    reply(credReply("root cred"));
+    ASSERT_EQ(client.login({}, {}, {}, {}, 0, 1), 1);
+    ASSERT_TRUE(nextTickComes());
+    EXPECT_EQ(lastBody(), kSessionRequest);
+}
+
+TEST_F(RefreshTimerTest, GoesOnAfterAFailedRefresh)
+{
+    shortenInterval(client, 50ms);
+    rearm(client);
+    otherwise(resultReply("FAILURE"));
+    ASSERT_TRUE(nextTickComes());
+    EXPECT_EQ(narrow(client.GetLstMsg().response), resultReply("FAILURE"));
+    EXPECT_EQ(client.getRefreshInterval(), 50U);
+    EXPECT_TRUE(nextTickComes());
+    EXPECT_TRUE(nextTickComes());
+}
+
+TEST_F(RefreshTimerTest, TakesTheNewIntervalFromTheTickOn)
+{
+    shortenInterval(client, 50ms);
+    rearm(client);
+    otherwise(sessionReply(1'000'000));
+    ASSERT_TRUE(nextTickComes());
+    EXPECT_EQ(client.getRefreshInterval(), 500'000U);
+    EXPECT_TRUE(staysQuiet());
+}
+
+TEST_F(RefreshTimerTest, DoesNotRaceWithANegativeInterval)
+{
+    otherwise(sessionReply(-100));
+    ASSERT_EQ(client.getSessionInfo({}), 1);
+    ASSERT_EQ(client.getRefreshInterval(), 4'294'967'246U);
+    rearm(client);
+    EXPECT_TRUE(staysQuiet());
+}
+
+TEST_F(RefreshTimerTest, CollapsesTicksThatNobodyDispatched)
+{
+    shortenInterval(client, 50ms);
+    rearm(client);
+    otherwise(sessionReply(1'000'000));
+    std::this_thread::sleep_for(500ms);
+    const std::size_t before = requestCount();
+    ASSERT_TRUE(nextTickComes());
+    EXPECT_TRUE(staysQuiet());
+    EXPECT_EQ(requestCount(), before + 1);
+}
+
+TEST_F(RefreshTimerTest, EndsWithTheClient)
+{
+    {
+        CWapiClient shortLived(server.url(kOperationPath));
+        shortenInterval(shortLived, 50ms);
+        rearm(shortLived);
+        ASSERT_TRUE(nextTickComes());
+    }
+    EXPECT_TRUE(staysQuiet());
+}
+
+TEST_F(RefreshTimerTest, EndsWithTheClientEvenWhenATickIsDue)
+{
+    {
+        CWapiClient shortLived(server.url(kOperationPath));
+        shortenInterval(shortLived, 20ms);
+        rearm(shortLived);
+        std::this_thread::sleep_for(100ms);
+    }
+    EXPECT_TRUE(staysQuiet());
+}
+
+TEST_F(RefreshTimerTest, BelongsToOneClientEach)
+{
+    CWapiClient other(server.url(kOperationPath));
+    other.setRootCred("other"_w);
+    shortenInterval(client, 50ms);
+    client.setRootCred("root cred"_w);
+    rearm(client);
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(nextTickComes());
+        EXPECT_EQ(lastBody(), kSessionRequest);
+    }
+}
+
+TEST_F(RefreshTimerTest, TracesTheTickBeforeItsRequest)
+{
+    client.setRootCred("root cred"_w);
+    otherwise(sessionReply(7'200'000));
+    const TraceLines trace;
+    client.OnTimer(42);
+    EXPECT_EQ(TraceLines::all(), (std::vector<std::string>{
+                                     "9 Debug: Refresh root cred timer.",
+                                     "9 Debug: ---->>>> Enter CWapiClient::getSessionInfo",
+                                     "9 Debug: " + kSessionRequest,
+                                     "9 Debug: " + sessionReply(7'200'000),
+                                     "9 Debug: Root Cred (user session) being refreshed.",
+                                     "9 Debug: <<<<---- Leave CWapiClient::getSessionInfo",
+                                 }));
+    EXPECT_EQ(client.getRefreshInterval(), 3'600'000U);
+}

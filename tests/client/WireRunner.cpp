@@ -1,0 +1,191 @@
+#include "tests/client/WireRunner.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+
+#include "tests/support/CaptureServer.h"
+#include "tests/support/LogLines.h"
+#include "tests/support/TestSystem.h"
+#include "tests/support/Text.h"
+#include "tests/support/TraceLines.h"
+
+namespace {
+
+using kzn::test::CapturedRequest;
+using kzn::test::CaptureServer;
+using kzn::test::Script;
+
+std::string shown(const WireLines& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) text.append("\n        ").append(line);
+    return text.empty() ? "\n        (nothing)" : text;
+}
+
+/// Everything of a client that a call can change, by the names that the examples use.
+using State = std::map<std::string, std::string>;
+
+State stateOf(CWapiClient& client)
+{
+    const WAPIMESSAGE last = client.GetLstMsg();
+    return {{"rootCred", narrow(client.getRootCred())},
+            {"userID", narrow(client.getUserID())},
+            {"namespaceID", narrow(client.getNamespaceID())},
+            {"refreshInterval", std::to_string(client.getRefreshInterval())},
+            {"networkError", std::to_string(client.getNetworkError())},
+            {"code", std::to_string(last.code)},
+            {"reason", narrow(last.reason)},
+            {"exceptionID", narrow(last.exceptionID)},
+            {"response", narrow(last.response)}};
+}
+
+class WireRun {
+public:
+    WireRun(const WireCase& wire, const WireOperation& operation)
+        : wire_(wire),
+          operation_(operation),
+          server_(std::in_place),
+          address_(server_->address()),
+          client_(server_->url("/kznconnect/op.do"))
+    {
+    }
+
+    std::vector<std::string> differences()
+    {
+        prepare();
+        call();
+        compareClient();
+        return differences_;
+    }
+
+private:
+    bool meetsServer() const { return !wire_.reply || wire_.reply->connection; }
+
+    std::string replyText() const { return wire_.reply ? wire_.reply->body : std::string(); }
+
+    std::string filled(std::string text) const
+    {
+        text = withPlaceholder(std::move(text), "url", address_ + "/kznconnect/op.do");
+        text = withPlaceholder(std::move(text), "server", address_);
+        text = withPlaceholder(std::move(text), "body", wire_.request ? wire_.request->body : "");
+        return withPlaceholder(std::move(text), "reply", replyText());
+    }
+
+    WireLines filled(WireLines lines) const
+    {
+        for (std::string& line : lines) line = filled(std::move(line));
+        return lines;
+    }
+
+    /// Brings the client into the state that every example begins with.
+    void prepare()
+    {
+        client_.setRootCred(wide("cred before"));
+        server_->reply(200, "text/xml",
+                       "<kznapi><response><result>SUCCESS</result></response><return><sessionInfo><sessionDuration>"
+                       "50000000</sessionDuration></sessionInfo></return></kznapi>");
+        client_.getSessionInfo(wide(""));
+        if (meetsServer()) {
+            server_->script(Script().send("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\ncut off").close());
+        } else {
+            server_->reply(
+                200, "text/xml",
+                "<kznapi><response><result>FAILURE</result><reason>reason before</reason></response></kznapi>");
+        }
+        client_.callWapi(wide(""), wide("cmd=before"));
+        before_ = stateOf(client_);
+        expectEqual("networkError before", meetsServer() ? "1" : "0", before_["networkError"]);
+        expectEqual("refreshInterval before", "25000000", before_["refreshInterval"]);
+    }
+
+    void call()
+    {
+        const std::size_t requestsBefore = server_->requests().size();
+        if (!meetsServer()) {
+            server_.reset();
+        } else if (wire_.reply) {
+            server_->reply(wire_.reply->status, wire_.reply->contentType, replyText());
+        }
+
+        WireFields arguments = wire_.arguments;
+        for (WireField& argument : arguments) argument.value = filled(argument.value);
+        WireCall call(arguments);
+        const LogLines log(logFile());
+        const TraceLines trace;
+        const int result = operation_.call(client_, call);
+
+        expectEqual("result", std::to_string(wire_.result), std::to_string(result));
+        expectEqual("arguments that the operation does not have", WireLines(), call.unusedArguments());
+        expectEqual("outputs", wire_.outputs ? filled(*wire_.outputs) : call.outputsBefore(), call.outputs());
+        if (wire_.trace) expectEqual("trace", filled(*wire_.trace), TraceLines::all());
+        if (wire_.log) expectEqual("log", filled(*wire_.log), log.sinceMade());
+        if (server_) compareRequests(requestsBefore);
+    }
+
+    void compareRequests(std::size_t requestsBefore)
+    {
+        const std::vector<CapturedRequest> requests = server_->requests();
+        const std::size_t sent = requests.size() - requestsBefore;
+        expectEqual("requests sent", wire_.request ? "1" : "0", std::to_string(sent));
+        if (!wire_.request || sent == 0) return;
+
+        const WireRequest& wanted = *wire_.request;
+        const CapturedRequest& got = requests[requestsBefore];
+        expectEqual("method", wanted.method, got.method);
+        expectEqual("target", wanted.target, got.target);
+        expectEqual("body", wanted.body, got.body);
+        if (wanted.method == "POST") {
+            expectEqual("Content-Type", "application/x-www-form-urlencoded", got.header("Content-Type"));
+        }
+        for (const WireField& header : wanted.headers) {
+            expectEqual("header " + header.name, header.value, got.header(header.name));
+        }
+    }
+
+    void compareClient()
+    {
+        State wanted = before_;
+        if (wire_.reply) wanted["networkError"] = meetsServer() ? "0" : "1";
+        if (!wire_.messageUnchanged) {
+            wanted["reason"] = filled(wire_.message.reason);
+            wanted["exceptionID"] = filled(wire_.message.exceptionID);
+            wanted["response"] = filled(wire_.message.response);
+        }
+        for (const WireField& field : wire_.client) wanted[field.name] = field.value;
+
+        const State got = stateOf(client_);
+        for (const auto& [name, value] : wanted) {
+            const auto found = got.find(name);
+            expectEqual(name + " of the client", value, found == got.end() ? "(no such member)" : found->second);
+        }
+    }
+
+    void expectEqual(const std::string& what, const std::string& wanted, const std::string& got)
+    {
+        if (wanted != got) differences_.push_back(what + "\n    promised: " + wanted + "\n    found:    " + got);
+    }
+
+    void expectEqual(const std::string& what, const WireLines& wanted, const WireLines& got)
+    {
+        if (wanted != got)
+            differences_.push_back(what + "\n    promised:" + shown(wanted) + "\n    found:" + shown(got));
+    }
+
+    const WireCase& wire_;
+    const WireOperation& operation_;
+    std::optional<CaptureServer> server_;
+    std::string address_;
+    CWapiClient client_;
+    State before_;
+    std::vector<std::string> differences_;
+};
+
+}  // namespace
+
+std::vector<std::string> runWireCase(const WireCase& wire, const WireOperations& operations)
+{
+    const auto operation = std::ranges::find(operations, wire.operation, &WireOperation::name);
+    if (operation == operations.end()) throw WireFileError("no such operation: " + wire.operation);
+    return WireRun(wire, *operation).differences();
+}

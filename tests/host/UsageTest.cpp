@@ -1,0 +1,110 @@
+// What the program says to words that make no command, and to a machine that does not help.
+#include <fstream>
+
+#include "tests/host/HostFixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+using Words = std::vector<std::string>;
+
+/// One line, the status of a local problem, nothing shown and nothing sent.
+void expectLocalProblem(const Ended& ended, std::string_view line)
+{
+    EXPECT_EQ(ended.status, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "pvwapi: " + std::string(line) + "\n");
+}
+
+TEST_F(HostTest, HelpAndVersionGoToStandardOutput)
+{
+    for (const Words& words :
+         {Words{"--help"}, Words{"-h"}, Words{"spaces", "--help"}, Words{"spaces", "create", "-h"}}) {
+        const Ended ended = pvwapi(words);
+        EXPECT_EQ(ended.status, 0);
+        EXPECT_THAT(ended.out, HasSubstr("Usage: pvwapi"));
+        EXPECT_EQ(ended.err, "");
+    }
+    EXPECT_THAT(pvwapi({"--version"}).out, testing::MatchesRegex("pvwapi .+\n"));
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(HostTest, WordsThatMakeNoCommandAreRefusedInOneLine)
+{
+    const std::vector<std::pair<Words, std::string>> cases{
+        {{}, "a command is missing, one of login, logout, session, spaces, proxy, call; see pvwapi --help"},
+        {{"spaces"}, "a command is missing, one of list, create; see pvwapi --help"},
+        {{"frobnicate"}, "The following argument was not expected: frobnicate; see pvwapi --help"},
+        {{"spaces", "list", "extra"}, "The following argument was not expected: extra; see pvwapi --help"},
+        {{"spaces", "create"}, "name is required; see pvwapi --help"},
+        {{"spaces", "create", "a", "--type", "2x"}, "--type: '2x' is not a whole number; see pvwapi --help"},
+        {{"spaces", "create", "a", "--type", "99999999999"},
+         "--type: '99999999999' is not a whole number; see pvwapi --help"},
+        {{"--format", "xml", "session"}, "--format: 'xml' is none of table, json; see pvwapi --help"},
+        {{"proxy", "cmd=x", "--method", "put"}, "--method: 'put' is none of get, post; see pvwapi --help"},
+        {{"session", "--password", "secret"},
+         "The following arguments were not expected: secret --password; see pvwapi --help"},
+        {{"/session"}, "The following argument was not expected: /session; see pvwapi --help"},
+        {{"a\x1b[2J\nb"}, "The following argument was not expected: a\\u001b[2J\\u000ab; see pvwapi --help"},
+    };
+    for (const auto& [words, line] : cases) expectLocalProblem(pvwapi(words), line);
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(HostTest, WithoutCredentialsNothingIsSent)
+{
+    const std::string line =
+        "no credentials: set PVWAPI_CRED, or PVWAPI_USER and PVWAPI_PASSWORD or PVWAPI_TOKEN, or "
+        "name a file with --credentials";
+    environment.erase("PVWAPI_PASSWORD");
+    expectLocalProblem(pvwapi({"spaces", "list"}), "spaces list: " + line);
+    environment["PVWAPI_PASSWORD"] = "";
+    expectLocalProblem(pvwapi({"login"}), "login: " + line);
+    expectLocalProblem(pvwapi({"logout"}),
+                       "logout: no session to end: set PVWAPI_CRED, or name its file with --credentials");
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(HostTest, FileThatOthersCanReadIsRefused)
+{
+    const std::string file = path("credentials");
+    writeFile(file, "user=anna\npassword=secret\n", false);
+    const Ended ended = pvwapi({"--credentials", file, "session"});
+    EXPECT_EQ(ended.status, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_THAT(ended.err, StartsWith("pvwapi: session: " + file + ": others have access to it"));
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(HostTest, FileThatCannotBeReadIsNamed)
+{
+    const std::string absent = path("absent");
+    const Ended ended = pvwapi({"--credentials", absent, "session"});
+    EXPECT_EQ(ended.status, 2);
+    EXPECT_THAT(ended.err, StartsWith("pvwapi: session: " + absent + ": "));
+    EXPECT_EQ(ended.err.find('\n'), ended.err.size() - 1);
+
+    std::filesystem::create_directory(path("folder"));
+    EXPECT_EQ(pvwapi({"--credentials", path("folder"), "session"}).status, 2);
+}
+
+TEST_F(HostTest, FileThatIsNoListOfCredentialsIsRefusedWithoutQuotingIt)
+{
+    const std::string file = path("credentials");
+    const std::string names = ": the name is none of user, password, token, isp and cred";
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"user=anna\nsecret\n", ":2: not of the form name=value"},
+        {"# comment\n\npasswort=secret\n", ":3" + names},
+        {std::string("\0\xff=secret", 9), ":1" + names},
+        {std::string(70'000, 'x'), ": too large for a file of credentials"},
+    };
+    for (const auto& [text, problem] : cases) {
+        writeFile(file, text, true);
+        expectLocalProblem(pvwapi({"--credentials", file, "session"}), "session: " + file + problem);
+    }
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
+}  // namespace

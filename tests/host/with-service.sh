@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# with-service.sh SERVICE COMMAND...: runs the command while the service serves a new data file on a free port.
+# The command finds its operation URL in TEST_SERVICE_URL; sessions live for 2 seconds without use.
+set -euo pipefail
+
+service=$1
+shift
+if [ ! -x "$service" ]; then
+    echo "$service is not built: cmake --build --preset linux --target pvwapi-service" >&2
+    exit 1
+fi
+
+folder=$(mktemp -d)
+pid=
+finish()
+{
+    [ -z "$pid" ] || kill "$pid" 2>/dev/null || true
+    wait
+    rm -rf "$folder"
+}
+trap finish EXIT
+
+"$service" --data "$folder/data.db" --listen 127.0.0.1:0 --seed demo --session-duration 2000 \
+    >"$folder/out" 2>&1 </dev/null &
+pid=$!
+for ((patience = 100; patience > 0; --patience)); do
+    address=$(sed -n 's/^listening on //p' "$folder/out")
+    [ -z "$address" ] || break
+    kill -0 "$pid" 2>/dev/null || break
+    sleep 0.1
+done
+if [ -z "$address" ]; then
+    echo "the service does not start:" >&2
+    cat "$folder/out" >&2
+    exit 1
+fi
+
+export TEST_SERVICE_URL=http://$address/kznconnect/op.do
+"$@"

@@ -1,0 +1,161 @@
+#include "tests/service/Talk.h"
+
+#include <poll.h>
+
+#include <array>
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/buffers_iterator.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <limits>
+#include <pugixml.hpp>
+
+namespace service::test {
+
+namespace wire = boost::beast::http;
+
+namespace {
+
+bool isUnreserved(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+           std::string_view("-_.~").find(c) != std::string_view::npos;
+}
+
+}  // namespace
+
+std::string encoded(std::string_view text)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string out;
+    for (const char c : text) {
+        if (isUnreserved(c)) {
+            out += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        out += '%';
+        out += kDigits[byte >> 4U];
+        out += kDigits[byte & 0x0FU];
+    }
+    return out;
+}
+
+std::vector<std::string> textsAt(const std::string& reply, const std::string& path)
+{
+    pugi::xml_document document;
+    if (!document.load_string(reply.c_str(), pugi::parse_default | pugi::parse_ws_pcdata_single)) return {"<not XML>"};
+    std::vector<std::string> texts;
+    for (const pugi::xpath_node& node : document.select_nodes(path.c_str()))
+        texts.emplace_back(node.node().text().get());
+    return texts;
+}
+
+std::string textAt(const std::string& reply, const std::string& path)
+{
+    const std::vector<std::string> texts = textsAt(reply, path);
+    return texts.empty() ? std::string() : texts.front();
+}
+
+Talk::Talk(unsigned short port) : socket_(io_)
+{
+    socket_.connect({boost::asio::ip::address_v4::loopback(), port});
+}
+
+HttpReply Talk::post(const std::string& target, const std::string& body, const std::string& contentType)
+{
+    const std::string head = "POST " + target + " HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: " + contentType +
+                             "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
+    sendRaw(head + body);
+    return readReply();
+}
+
+HttpReply Talk::get(const std::string& target)
+{
+    sendRaw("GET " + target + " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n");
+    return readReply();
+}
+
+HttpReply Talk::readReply()
+{
+    boost::beast::flat_buffer buffer;
+    wire::response_parser<wire::string_body> parser;
+    parser.body_limit(std::numeric_limits<std::uint64_t>::max());
+    boost::system::error_code error;
+    wire::read(socket_, buffer, parser, error);
+    if (error) return {};
+    auto& message = parser.get();
+    const auto type = message[wire::field::content_type];
+    return {message.result_int(), {type.data(), type.size()}, std::move(message.body()), message.keep_alive()};
+}
+
+void Talk::sendRaw(std::string_view bytes)
+{
+    boost::system::error_code ignored;
+    boost::asio::write(socket_, boost::asio::buffer(bytes.data(), bytes.size()), ignored);
+}
+
+std::string Talk::readToEnd()
+{
+    std::string text;
+    std::array<char, 4096> piece{};
+    boost::system::error_code error;
+    while (!error) {
+        const std::size_t length = socket_.read_some(boost::asio::buffer(piece), error);
+        text.append(piece.data(), length);
+    }
+    return text;
+}
+
+bool Talk::closesWithin(std::chrono::milliseconds time)
+{
+    pollfd ready{socket_.native_handle(), POLLIN, 0};
+    if (poll(&ready, 1, static_cast<int>(time.count())) != 1) return false;
+    readToEnd();
+    return true;
+}
+
+std::string form(unsigned short port, const std::string& body)
+{
+    return Talk(port).post("/kznconnect/op.do", body).body;
+}
+
+std::string signIn(unsigned short port, const std::string& name)
+{
+    return textAt(form(port, "cmd=login&username=" + name + "&password=" + name + "-demo-1&isp=&autocommit=true"),
+                  kCred);
+}
+
+User::User(unsigned short port, const std::string& name) : talk_(port), cred_(signIn(port, name)) {}
+
+std::string User::call(const std::string& body)
+{
+    return talk_.post("/kznconnect/op.do", body + "&cred=" + cred_).body;
+}
+
+std::string User::execute(const std::string& task, const std::string& xml)
+{
+    return call("cmd=execute&task=" + task + "&xml=" + encoded(xml));
+}
+
+std::string User::script(const std::string& steps)
+{
+    return execute("RunScript", "<script>" + steps + "</script>");
+}
+
+std::string User::makeSpace(const std::string& name)
+{
+    return textAt(call("cmd=execute&task=AddTabs&xml=<workspace><workspaceName>" + encoded(name) +
+                       "</workspaceName><isTemplate>false</isTemplate><type>0</type>"
+                       "<chatRoomName>Group Discussion</chatRoomName>"
+                       "<tabs><tab><tabName>Discussions</tabName><tabType>1</tabType><tabOrder>1</tabOrder></tab>"
+                       "<tab><tabName>Files</tabName><tabType>2</tabType><tabOrder>2</tabOrder></tab></tabs>"
+                       "<ext><KZN><description></description></KZN></ext></workspace>"),
+                  "/kznapi/return/workspace/workspaceID");
+}
+
+}  // namespace service::test

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <chrono>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace service::test {
+
+// UTF-8 percent-encoding as a host does it.
+std::string encoded(std::string_view text);
+
+// The element text at a path such as "/kznapi/response/reason"; the first where there are several.
+std::string textAt(const std::string& reply, const std::string& path);
+std::vector<std::string> textsAt(const std::string& reply, const std::string& path);
+
+inline constexpr const char* kResult = "/kznapi/response/result";
+inline constexpr const char* kReason = "/kznapi/response/reason";
+inline constexpr const char* kException = "/kznapi/response/exceptionID";
+inline constexpr const char* kCred = "/kznapi/securityContext/cred";
+
+struct HttpReply {
+    unsigned status = 0;
+    std::string contentType;
+    std::string body;
+    bool keepAlive = false;
+};
+
+// One connection to the service on loopback.
+class Talk {
+public:
+    explicit Talk(unsigned short port);
+
+    HttpReply post(const std::string& target, const std::string& body,
+                   const std::string& contentType = "application/x-www-form-urlencoded");
+    HttpReply get(const std::string& target);
+
+    // Any bytes; a peer that has gone is no error.
+    void sendRaw(std::string_view bytes);
+
+    // Everything until the service closes.
+    std::string readToEnd();
+
+    // False where the service has not closed the connection in time.
+    bool closesWithin(std::chrono::milliseconds time);
+
+private:
+    HttpReply readReply();
+
+    boost::asio::io_context io_;
+    boost::asio::ip::tcp::socket socket_;
+    std::string rest_;
+};
+
+// The text of the reply to a form on a connection of its own.
+std::string form(unsigned short port, const std::string& body);
+
+// Signs in as one of the demo people; the credential, or empty.
+std::string signIn(unsigned short port, const std::string& name);
+
+// Signs in and posts forms whose credential it adds.
+class User {
+public:
+    User(unsigned short port, const std::string& name);
+
+    const std::string& cred() const { return cred_; }
+
+    // The reply to "cmd=...": the credential goes behind.
+    std::string call(const std::string& body);
+    std::string execute(const std::string& task, const std::string& xml);
+    std::string script(const std::string& steps);
+
+    // Makes a workspace with the two fixed tabs; its ID.
+    std::string makeSpace(const std::string& name);
+
+private:
+    Talk talk_;
+    std::string cred_;
+};
+
+}  // namespace service::test

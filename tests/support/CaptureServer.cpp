@@ -1,0 +1,324 @@
+#include "tests/support/CaptureServer.h"
+
+#include <algorithm>
+#include <atomic>
+#include <boost/asio.hpp>
+#include <boost/beast/core.hpp>
+#include <boost/beast/http.hpp>
+#include <cctype>
+#include <deque>
+#include <future>
+#include <limits>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace kzn::test {
+
+namespace asio = boost::asio;
+namespace http = boost::beast::http;
+using asio::ip::tcp;
+using boost::system::error_code;
+
+namespace {
+
+bool sameName(std::string_view left, std::string_view right)
+{
+    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [&](char a, char b) { return lower(a) == lower(b); });
+}
+
+tcp::endpoint anyLoopbackPort()
+{
+    return {asio::ip::address_v4::loopback(), 0};
+}
+
+// What the test's thread and the server's thread share.
+class Book {
+public:
+    void queue(Script script)
+    {
+        const std::lock_guard lock(mutex_);
+        queue_.push_back(std::move(script));
+    }
+
+    void otherwise(Script script)
+    {
+        const std::lock_guard lock(mutex_);
+        otherwise_ = std::move(script);
+    }
+
+    // Keeps the request and says what is sent for it.
+    Script take(CapturedRequest request)
+    {
+        const std::lock_guard lock(mutex_);
+        requests_.push_back(std::move(request));
+        if (queue_.empty()) return otherwise_;
+        Script script = std::move(queue_.front());
+        queue_.pop_front();
+        return script;
+    }
+
+    std::vector<CapturedRequest> requests() const
+    {
+        const std::lock_guard lock(mutex_);
+        return requests_;
+    }
+
+    std::atomic<std::size_t> connections{0};
+    std::atomic<bool> deaf{false};
+
+private:
+    mutable std::mutex mutex_;
+    std::deque<Script> queue_;
+    Script otherwise_ = Script().send(replyText(404, "text/plain", "no reply is queued"));
+    std::vector<CapturedRequest> requests_;
+};
+
+class Connection : public std::enable_shared_from_this<Connection> {
+public:
+    Connection(tcp::socket socket, Book& book, std::size_t number)
+        : socket_(std::move(socket)), pause_(socket_.get_executor()), book_(book), number_(number)
+    {
+        error_code ignored;
+        socket_.set_option(tcp::no_delay(true), ignored);
+    }
+
+    void read()
+    {
+        if (book_.deaf) return;
+        parser_.emplace();
+        parser_->body_limit(std::numeric_limits<std::uint64_t>::max());
+        http::async_read(socket_, buffer_, *parser_, [self = shared_from_this()](error_code error, std::size_t) {
+            if (error) return self->close();
+            self->script_ = self->book_.take(self->captured());
+            self->step(0);
+        });
+    }
+
+    void close()
+    {
+        error_code ignored;
+        socket_.shutdown(tcp::socket::shutdown_both, ignored);
+        socket_.close(ignored);
+        pause_.cancel();
+    }
+
+private:
+    CapturedRequest captured()
+    {
+        auto& message = parser_->get();
+        CapturedRequest request;
+        request.method = std::string(message.method_string());
+        request.target = std::string(message.target());
+        for (const auto& field : message)
+            request.headers.emplace_back(std::string(field.name_string()), std::string(field.value()));
+        request.body = std::move(message.body());
+        request.connection = number_;
+        return request;
+    }
+
+    void step(std::size_t at)
+    {
+        if (at == script_.steps().size()) return finish();
+        pause_.expires_after(script_.steps()[at].pause);
+        pause_.async_wait([self = shared_from_this(), at](error_code error) {
+            if (!error) self->send(at);
+        });
+    }
+
+    void send(std::size_t at)
+    {
+        asio::async_write(socket_, asio::buffer(script_.steps()[at].bytes),
+                          [self = shared_from_this(), at](error_code error, std::size_t) {
+                              if (error) return self->close();
+                              self->step(at + 1);
+                          });
+    }
+
+    void finish()
+    {
+        if (script_.end() == Script::End::serveOn) return read();
+        if (script_.end() == Script::End::close) close();
+    }
+
+    tcp::socket socket_;
+    asio::steady_timer pause_;
+    Book& book_;
+    std::size_t number_;
+    boost::beast::flat_buffer buffer_;
+    std::optional<http::request_parser<http::string_body>> parser_;
+    Script script_;
+};
+
+}  // namespace
+
+std::string CapturedRequest::header(std::string_view name) const
+{
+    const auto found =
+        std::find_if(headers.begin(), headers.end(), [&](const auto& h) { return sameName(h.first, name); });
+    return found == headers.end() ? std::string() : found->second;
+}
+
+bool CapturedRequest::has(std::string_view name) const
+{
+    return std::any_of(headers.begin(), headers.end(), [&](const auto& h) { return sameName(h.first, name); });
+}
+
+Script& Script::send(std::string bytes)
+{
+    steps_.push_back({std::chrono::milliseconds(0), std::move(bytes)});
+    return *this;
+}
+
+Script& Script::pause(std::chrono::milliseconds time)
+{
+    steps_.push_back({time, {}});
+    return *this;
+}
+
+Script& Script::close()
+{
+    end_ = End::close;
+    return *this;
+}
+
+Script& Script::stall()
+{
+    end_ = End::stall;
+    return *this;
+}
+
+class CaptureServer::Engine {
+public:
+    Engine() : acceptor_(context_, anyLoopbackPort())
+    {
+        port_ = acceptor_.local_endpoint().port();
+        accept();
+        thread_ = std::thread([this] { context_.run(); });
+    }
+
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    ~Engine()
+    {
+        context_.stop();
+        thread_.join();
+    }
+
+    // Returns when it is done: what the test does next meets closed connections.
+    void closeConnections()
+    {
+        std::promise<void> done;
+        asio::post(context_, [&] {
+            for (const auto& connection : connections_) connection->close();
+            connections_.clear();
+            done.set_value();
+        });
+        done.get_future().wait();
+    }
+
+    unsigned short port() const { return port_; }
+
+    Book book;
+
+private:
+    void accept()
+    {
+        acceptor_.async_accept([this](error_code error, tcp::socket socket) {
+            if (error) return;
+            const auto connection = std::make_shared<Connection>(std::move(socket), book, ++book.connections);
+            connections_.push_back(connection);
+            connection->read();
+            accept();
+        });
+    }
+
+    asio::io_context context_;
+    tcp::acceptor acceptor_;
+    unsigned short port_ = 0;
+    // Held here, so that one that stalls or reads nothing stays open.
+    std::vector<std::shared_ptr<Connection>> connections_;
+    std::thread thread_;
+};
+
+CaptureServer::CaptureServer() : engine_(std::make_unique<Engine>()) {}
+
+CaptureServer::~CaptureServer() = default;
+
+unsigned short CaptureServer::port() const
+{
+    return engine_->port();
+}
+
+std::string CaptureServer::address(std::string_view path) const
+{
+    return "http://127.0.0.1:" + std::to_string(port()).append(path);
+}
+
+CStringT CaptureServer::url(std::string_view path) const
+{
+    const std::string ascii = address(path);
+    return CStringT(ascii.begin(), ascii.end());
+}
+
+void CaptureServer::reply(int status, std::string_view contentType, std::string_view body, const Headers& more)
+{
+    script(Script().send(replyText(status, contentType, body, more)));
+}
+
+void CaptureServer::script(Script script)
+{
+    engine_->book.queue(std::move(script));
+}
+
+void CaptureServer::otherwise(int status, std::string_view contentType, std::string_view body, const Headers& more)
+{
+    otherwise(Script().send(replyText(status, contentType, body, more)));
+}
+
+void CaptureServer::otherwise(Script script)
+{
+    engine_->book.otherwise(std::move(script));
+}
+
+std::vector<CapturedRequest> CaptureServer::requests() const
+{
+    return engine_->book.requests();
+}
+
+std::size_t CaptureServer::connections() const
+{
+    return engine_->book.connections;
+}
+
+void CaptureServer::closeConnections()
+{
+    engine_->closeConnections();
+}
+
+void CaptureServer::stopReading()
+{
+    engine_->book.deaf = true;
+}
+
+unsigned short CaptureServer::closedPort()
+{
+    asio::io_context context;
+    const tcp::acceptor acceptor(context, anyLoopbackPort());
+    return acceptor.local_endpoint().port();
+}
+
+std::string replyText(int status, std::string_view contentType, std::string_view body, const Headers& more)
+{
+    const auto reason = http::obsolete_reason(http::int_to_status(static_cast<unsigned>(status)));
+    std::string text = "HTTP/1.1 " + std::to_string(status) + ' ' + std::string(reason) + "\r\n";
+    if (!contentType.empty()) text.append("Content-Type: ").append(contentType).append("\r\n");
+    for (const auto& [name, value] : more) text.append(name).append(": ").append(value).append("\r\n");
+    text.append("Content-Length: ").append(std::to_string(body.size())).append("\r\n\r\n").append(body);
+    return text;
+}
+
+}  // namespace kzn::test

@@ -1,0 +1,51 @@
+// What the tests need from the system beyond the library itself.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+/// The folder that a library loaded now takes for its data, and the log file in it.
+std::filesystem::path dataFolder();
+std::filesystem::path logFile();
+
+/// What a line of the log ends in.
+extern const std::string kEndOfLine;
+
+/// Has the system name another data folder, or none, while one of these lives.
+class DataFolderSetting {
+public:
+    explicit DataFolderSetting(const std::optional<std::filesystem::path>& folder);
+    DataFolderSetting(const DataFolderSetting&) = delete;
+    DataFolderSetting& operator=(const DataFolderSetting&) = delete;
+    ~DataFolderSetting();
+
+private:
+    struct Saved;
+    std::unique_ptr<Saved> saved_;
+};
+
+/// Whether this process has the file open.
+bool isOpenHere(const std::filesystem::path& file);
+
+/// Whether nobody but its owner can read or write the file.
+bool isOwnersAlone(const std::filesystem::path& file);
+
+/// Shared libraries that a test loads and unloads by itself.
+class LoadedLibrary {
+public:
+    explicit LoadedLibrary(const std::filesystem::path& path);
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
+    ~LoadedLibrary() { unload(); }
+
+    explicit operator bool() const { return handle_ != nullptr; }
+    void unload();
+
+private:
+    void* handle_;
+};
+
+unsigned long currentProcessId();
+unsigned long currentThreadId();

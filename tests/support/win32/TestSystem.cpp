@@ -1,0 +1,86 @@
+#include "tests/support/TestSystem.h"
+
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <array>
+
+const std::string kEndOfLine = "\r\n";
+
+namespace {
+
+constexpr const wchar_t* kTestKey = L"Software\\pvwapi-tests";
+constexpr const wchar_t* kFolders = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
+
+/// A folder that cannot be: its drive is none.
+constexpr const wchar_t* kNowhere = L"1:\\nowhere";
+
+}  // namespace
+
+std::filesystem::path dataFolder()
+{
+    std::array<wchar_t, MAX_PATH> folder{};
+    if (SHGetSpecialFolderPathW(nullptr, folder.data(), CSIDL_APPDATA, TRUE) == FALSE) return {};
+    return folder.data();
+}
+
+std::filesystem::path logFile()
+{
+    return dataFolder() / L"Pravik\\Log\\pvwapi.txt";
+}
+
+struct DataFolderSetting::Saved {
+    HKEY user = nullptr;
+};
+
+// The shell reads its folders below the user's key: another key stands for that one in this process.
+DataFolderSetting::DataFolderSetting(const std::optional<std::filesystem::path>& folder)
+    : saved_(std::make_unique<Saved>())
+{
+    const std::wstring path = folder ? folder->wstring() : kNowhere;
+    const auto bytes = static_cast<DWORD>((path.size() + 1) * sizeof(wchar_t));
+    RegCreateKeyW(HKEY_CURRENT_USER, kTestKey, &saved_->user);
+    HKEY folders = nullptr;
+    RegCreateKeyW(saved_->user, kFolders, &folders);
+    RegSetValueExW(folders, L"AppData", 0, REG_SZ, reinterpret_cast<const BYTE*>(path.c_str()), bytes);
+    RegCloseKey(folders);
+    RegOverridePredefKey(HKEY_CURRENT_USER, saved_->user);
+}
+
+DataFolderSetting::~DataFolderSetting()
+{
+    RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    RegCloseKey(saved_->user);
+}
+
+bool isOpenHere(const std::filesystem::path& file)
+{
+    const HANDLE alone = CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (alone == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
+    CloseHandle(alone);
+    return false;
+}
+
+// The user's own folder is what keeps others out.
+bool isOwnersAlone(const std::filesystem::path& file)
+{
+    return file.native().starts_with(dataFolder().native());
+}
+
+LoadedLibrary::LoadedLibrary(const std::filesystem::path& path) : handle_(LoadLibraryW(path.c_str())) {}
+
+void LoadedLibrary::unload()
+{
+    if (handle_ != nullptr) FreeLibrary(static_cast<HMODULE>(handle_));
+    handle_ = nullptr;
+}
+
+unsigned long currentProcessId()
+{
+    return GetCurrentProcessId();
+}
+unsigned long currentThreadId()
+{
+    return GetCurrentThreadId();
+}
