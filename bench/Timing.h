@@ -1,0 +1,45 @@
+// Times two pieces of work against each other: always as a ratio of one run, never as seconds that a limit hangs on.
+#pragma once
+
+#include <functional>
+#include <utility>
+
+namespace kzn::bench {
+
+/// A clock in seconds from some start.
+using Clock = double (*)();
+
+/// Processor time of the calling thread: for work that waits for nothing, blind to what else the machine does.
+double threadTime();
+
+/// Time as it passes: for work that waits for another process.
+double wallTime();
+
+/// A ratio, and how far it strays within the run.
+struct Ratio {
+    double value = 0;
+    double low = 0;
+    double high = 0;
+};
+
+/// Does one piece of work and returns its seconds.
+using Work = std::function<double()>;
+
+/// Times `subject` against `peer` in pairs that stand next to each other in time, in turns the one and the other first.
+/// The value is the median of the pairs' ratios, low and high are their quartiles.
+Ratio compare(int pairs, const Work& subject, const Work& peer);
+
+/// The same for work that waits: on a busy machine most of it waits for a processor too, which says nothing of either.
+/// The value is the ratio of the two fastest fiftieths, low and high are the quartiles of that over nine parts.
+Ratio compareUndisturbed(int pairs, const Work& subject, const Work& peer);
+
+/// The seconds that a call takes.
+template <typename Call>
+double secondsOf(Clock clock, Call&& call)
+{
+    const double start = clock();
+    std::forward<Call>(call)();
+    return clock() - start;
+}
+
+}  // namespace kzn::bench
