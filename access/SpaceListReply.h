@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "access/AccessReply.h"
 #include "client/CommonResponse.h"
 #include "records/Roles.h"
 #include "records/Spaces.h"
@@ -59,6 +60,7 @@ public:
     SpaceListPart spaces{*this, kScriptReply};
     InvitationPart invitations{*this, kScriptReply};
     SpaceRolePart roles{*this, kScriptReply};
+    RoleItemPart tests{*this, kScriptReply};
 };
 
 }  // namespace wapi

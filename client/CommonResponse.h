@@ -66,3 +66,6 @@ public:
 
     CStringT cred;
 };
+
+/// A request that changes something is answered in that same shape.
+using CXMLWapiSetResponse = CXMLWapiMessage;

@@ -41,6 +41,27 @@ void traceBadStatus(int status)
 
 }  // namespace
 
+int CWapiClient::refuse(std::string_view reason, const CStringT& what)
+{
+    lastMessage.clear();
+    lastMessage.reason = wide(reason) + what;
+    return 0;
+}
+
+int CWapiClient::judge(const CStringT& reply, CXMLWapiCommonResponse& parser)
+{
+    networkError = 0;
+    lastMessage.clear();
+    parser.ParseXML(reply);
+    trace(TraceLevel::debug, reply);
+    if (parser.succeeded()) return 1;
+
+    lastMessage.response = reply;
+    lastMessage.reason = parser.reason;
+    lastMessage.exceptionID = parser.exceptionID;
+    return 0;
+}
+
 int CWapiClient::post(const CStringT& body, CXMLWapiCommonResponse& parser)
 {
     trace(TraceLevel::debug, body);
@@ -62,24 +83,15 @@ int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CStringT& 
         CZelHttpClient http;
         const int status = http.Request(url, transportMethod(method), body, {}, HttpOption::kForm);
         logReply(http);
-        lastMessage.clear();
         if (status == CZelHttpClient::kNoConnection) {
             networkError = 1;
-            lastMessage.reason = wide(kNoConnection) + url;
+            refuse(kNoConnection, url);
             trace(TraceLevel::error, lastMessage.reason);
             return 0;
         }
-        networkError = 0;
         reply = http.ResponseContent();
     }
-    parser.ParseXML(reply);
-    trace(TraceLevel::debug, reply);
-    if (parser.succeeded()) return 1;
-
-    lastMessage.response = reply;
-    lastMessage.reason = parser.reason;
-    lastMessage.exceptionID = parser.exceptionID;
-    return 0;
+    return judge(reply, parser);
 }
 
 int CWapiClient::callWapi(const CStringT& cred, const CStringT& command)

@@ -31,6 +31,12 @@ inline bool equalsIgnoringCase(const CStringT& text, std::string_view ascii) noe
                       [lower](auto a, auto b) { return lower(a) == lower(b); });
 }
 
+/// A flag as the wire writes it.
+constexpr std::string_view trueFalse(int flag) noexcept
+{
+    return flag != 0 ? "true" : "false";
+}
+
 /// Where `ascii` begins in `text`, looking from the back; npos where it does not stand.
 inline std::size_t findLast(const CStringT& text, std::string_view ascii)
 {

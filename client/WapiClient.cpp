@@ -98,6 +98,7 @@ CWapiClient& CWapiClient::operator=(const CWapiClient& other)
         namespaceID = other.namespaceID;
         rootCred = other.rootCred;
         lastMessage = other.lastMessage;
+        transferProgress = other.transferProgress;
         return 1;
     });
     return *this;
@@ -184,4 +185,9 @@ const CStringT& CWapiClient::getUploadURL() const
 const CStringT& CWapiClient::getDmsURL() const
 {
     return dmsURL;
+}
+
+void CWapiClient::onTransferProgress(TransferProgress progress)
+{
+    transferProgress = std::move(progress);
 }

@@ -11,9 +11,17 @@ set(PVWAPI_PUBLIC_HEADERS
     pvutil/Platform.h
     pvutil/StringEx.h
     pvutil/TimerWindow.h
+    records/Access.h
+    records/Events.h
+    records/Libraries.h
+    records/Members.h
     records/Number.h
+    records/Policy.h
     records/Roles.h
+    records/SpaceDetails.h
     records/Spaces.h
+    records/Tabs.h
+    records/Users.h
     records/WapiMessage.h
 )
 
