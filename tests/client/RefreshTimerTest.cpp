@@ -1,7 +1,6 @@
 // The timer that keeps the session alive, ticking for real.
-#include <functional>
-
 #include "tests/client/ClientFixture.h"
+#include "tests/client/TimedOperations.h"
 #include "tests/support/TraceLines.h"
 
 namespace {
@@ -18,50 +17,11 @@ void rearm(CWapiClient& client)
     client.cloneSession("any"_w, {}, cred);
 }
 
-struct TimedOperation {
-    const char* name;
-    bool arms;
-    std::function<void(CWapiClient&)> call;
-};
-
 int createSpace(CWapiClient& client, const CStringT& name)
 {
     std::vector<CWapiClient::WKSP_Field_Value> fields;
     CStringT id;
     return client.createSpace({}, name, fields, id, 0, 0);
-}
-
-const std::vector<TimedOperation>& timedOperations()
-{
-    static const std::vector<TimedOperation> kAll = {
-        {"cloneSession", true, rearm},
-        {"createSpace", true, [](CWapiClient& c) { createSpace(c, "name"_w); }},
-        {"createSpaceRefused", true, [](CWapiClient& c) { createSpace(c, {}); }},
-        {"GetWkspList", true,
-         [](CWapiClient& c) {
-             std::vector<SpaceForList> spaces;
-             std::vector<CZelSpaceInvite> invitations;
-             c.GetWkspList({}, {}, {}, spaces, invitations);
-         }},
-        {"OnTimer", true, [](CWapiClient& c) { c.OnTimer(1); }},
-        {"login", true, [](CWapiClient& c) { EXPECT_EQ(c.login({}, {}, {}, {}, 0, 1), 1); }},
-        {"loginNotSent", false, [](CWapiClient& c) { EXPECT_EQ(c.login({}, {}, {}, {}, 0, 0), 0); }},
-        {"getSessionInfo", false, [](CWapiClient& c) { EXPECT_EQ(c.getSessionInfo({}), 1); }},
-        {"getCredForExpired", false,
-         [](CWapiClient& c) {
-             CStringT cred;
-             EXPECT_EQ(c.getCredForExpired(cred, {}, {}, {}, {}, 0), 1);
-         }},
-        {"logout", false, [](CWapiClient& c) { EXPECT_EQ(c.logout({}), 1); }},
-        {"callWapi", false, [](CWapiClient& c) { EXPECT_EQ(c.callWapi({}, {}), 1); }},
-        {"WapiProxyCall", false,
-         [](CWapiClient& c) {
-             CStringT reply;
-             EXPECT_EQ(c.WapiProxyCall({}, {}, CWapiClient::METHOD_POST, c.getOpURL(), {}, 1, reply), 1);
-         }},
-        {"GetSpacesTest", false, [](CWapiClient& c) { EXPECT_EQ(c.GetSpacesTest({}, {}), 1); }},
-    };
-    return kAll;
 }
 
 class TimedOperationTest : public ClientFixture, public testing::WithParamInterface<std::size_t> {};

@@ -6,7 +6,16 @@
 WireOperations pipelineOperations();
 WireOperations sessionOperations();
 WireOperations spaceOperations();
+WireOperations spaceAppOperations();
+WireOperations tabOperations();
 WireOperations accessOperations();
+WireOperations probeOperations();
+WireOperations memberOperations();
+WireOperations favouriteOperations();
+WireOperations userOperations();
+WireOperations organisationOperations();
+WireOperations libraryOperations();
+WireOperations eventOperations();
 
 /// All of the above.
 const WireOperations& wireOperations();

@@ -20,6 +20,16 @@ int WireCall::number(const std::string& name)
     return std::stoi(argument(name));
 }
 
+std::vector<CStringT> WireCall::texts(const std::string& name)
+{
+    used_.insert(name);
+    std::vector<CStringT> values;
+    for (const WireField& item : arguments_) {
+        if (item.name == name) values.push_back(wide(item.value));
+    }
+    return values;
+}
+
 std::vector<CWapiClient::WKSP_Field_Value> WireCall::fieldValues(const std::string& name)
 {
     used_.insert(name);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/WapiClient.h"
@@ -19,6 +20,9 @@ public:
     CStringT text(const std::string& name);
     int number(const std::string& name);
 
+    /// A list of texts; empty where the file has none.
+    std::vector<CStringT> texts(const std::string& name);
+
     /// A list of "number: text"; empty where the file has none.
     std::vector<CWapiClient::WKSP_Field_Value> fieldValues(const std::string& name);
 
@@ -26,8 +30,16 @@ public:
     template <typename Value>
     Value& output(const std::string& name)
     {
-        const auto value = std::make_shared<Value>();
-        mark(*value);
+        Value before;
+        mark(before);
+        return output(name, std::move(before));
+    }
+
+    /// One that the arguments say something about, too.
+    template <typename Value>
+    Value& output(const std::string& name, Value before)
+    {
+        const auto value = std::make_shared<Value>(std::move(before));
         show(linesBefore_, name, *value);
         showAll_.push_back([name, value](WireLines& lines) { show(lines, name, *value); });
         return *value;

@@ -1,0 +1,202 @@
+// The picture of a workspace on its way up, as a multipart form, and down, into a file.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "pvutil/HttpClient.h"
+#include "tests/client/ClientFixture.h"
+#include "tests/support/TraceLines.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kBoundary = "---------------------------7d73d42312zelkor";
+const std::string kPicture = std::string("\x89PNG\r\n\0\x1a", 8) + "\r\n--" + kBoundary + "--\xff";
+
+std::string field(const std::string& name, const std::string& value)
+{
+    return "--" + kBoundary + "\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n\r\n" + value + "\r\n";
+}
+
+std::string bytesOf(const fs::path& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string utf8(const fs::path& path)
+{
+    const auto text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+class IconTest : public ClientFixture {
+protected:
+    IconTest() { fs::create_directories(folder); }
+    ~IconTest() override { fs::remove_all(folder); }
+
+    fs::path write(const std::string& name, const std::string& bytes) const
+    {
+        const fs::path file = folder / name;
+        std::ofstream(file, std::ios::binary) << bytes;
+        return file;
+    }
+
+    int upload(const fs::path& file) { return client.SetSpaceIcon("c&1"_w, "w é"_w, wide(utf8(file)), url); }
+
+    fs::path folder = fs::temp_directory_path() / ("icon-test-" + std::to_string(server.port()));
+    CStringT url = "before"_w;
+    CStringT path = "before"_w;
+};
+
+}  // namespace
+
+TEST_F(IconTest, GoesUpByteForByte)
+{
+    reply(resultReply("SUCCESS",
+                      "<return><url>http://h/i?a=1&amp;b=2</url></return>"
+                      "<securityContext><cred>other</cred></securityContext>"));
+    client.setRootCred("own"_w);
+    const std::string file = utf8(write("my icon.png", kPicture));
+    ASSERT_EQ(upload(file), 1);
+    EXPECT_EQ(narrow(url), "http://h/i?a=1&b=2");
+    EXPECT_EQ(narrow(client.getRootCred()), "own");
+
+    const auto request = server.requests().back();
+    EXPECT_EQ(request.method, "POST");
+    EXPECT_EQ(request.target, "/kznconnect/upload.do?");
+    EXPECT_EQ(request.header("Content-Type"), "multipart/form-data; boundary=" + kBoundary);
+    const std::string xml =
+        "<code><workspaceID>w é</workspaceID><dmsURL>" + server.address("/kzndms") + "</dmsURL></code>";
+    EXPECT_EQ(request.body, field("cred", "c&1") + field("name", "my icon.png") + field("cmd", "execute") +
+                                field("task", "ManageSpaceIcon") + field("xml", xml) + field("fileFields", "theFile") +
+                                "--" + kBoundary + "\r\nContent-Disposition: form-data; name=\"theFile\"; filename=\"" +
+                                file + "\"\r\nContent-Type: image/jpeg\r\n\r\n" + kPicture + "\r\n--" + kBoundary +
+                                "--");
+}
+
+TEST_F(IconTest, TracesTheReplyAndNotTheBody)
+{
+    const std::string answer = resultReply("success", "<return><url>u</url></return>");
+    reply(answer);
+    const fs::path file = write("a.png", kPicture);
+    TraceLines lines;
+    ASSERT_EQ(upload(file), 1);
+    EXPECT_EQ(lines.all(),
+              (std::vector<std::string>{"9 Debug: ---->>>> Enter CWapiClient::SetSpaceIcon", "9 Debug: " + answer,
+                                        "9 Debug: <<<<---- Leave CWapiClient::SetSpaceIcon"}));
+}
+
+TEST_F(IconTest, KeepsTheRefusalOfTheService)
+{
+    const std::string answer =
+        "<kznapi><response><result>FAILURE</result><reason>too large</reason>"
+        "<exceptionID>E1</exceptionID></response></kznapi>";
+    reply(answer);
+    EXPECT_EQ(upload(write("a.png", kPicture)), 0);
+    EXPECT_EQ(narrow(url), "before");
+    const WAPIMESSAGE message = client.GetLstMsg();
+    EXPECT_EQ(narrow(message.reason), "too large");
+    EXPECT_EQ(narrow(message.exceptionID), "E1");
+    EXPECT_EQ(narrow(message.response), answer);
+    EXPECT_EQ(client.getNetworkError(), 0);
+}
+
+TEST_F(IconTest, SaysWhereItCouldNotGo)
+{
+    const std::string base = "http://127.0.0.1:" + std::to_string(kzn::test::CaptureServer::closedPort());
+    CWapiClient away(wide(base + "/kznconnect/op.do"));
+    EXPECT_EQ(away.SetSpaceIcon("c"_w, "w"_w, wide(utf8(write("a.png", kPicture))), url), 0);
+    EXPECT_EQ(narrow(away.GetLstMsg().reason),
+              "Network error. Unable to connect to " + base + "/kznconnect/upload.do?");
+    EXPECT_EQ(away.getNetworkError(), 1);
+}
+
+TEST_F(IconTest, IsNotSentWhenItCannotBeRead)
+{
+    for (const fs::path& file : {folder / "missing.png", folder}) {
+        EXPECT_EQ(upload(file), 0) << file;
+        EXPECT_NE(narrow(client.GetLstMsg().reason).find(utf8(file)), std::string::npos) << file;
+    }
+    EXPECT_EQ(requestCount(), 0U);
+}
+
+TEST_F(IconTest, GoesUpEmptyAndTheServiceDecides)
+{
+    reply(resultReply("FAILURE"));
+    EXPECT_EQ(upload(write("empty.png", "")), 0);
+    EXPECT_EQ(requestCount(), 1U);
+}
+
+TEST_F(IconTest, MayBeStoppedOnItsWayUp)
+{
+    otherwise(resultReply("SUCCESS"));
+    std::size_t whole = 0;
+    client.onTransferProgress([&](std::size_t, std::size_t all) {
+        whole = all;
+        return false;
+    });
+    EXPECT_EQ(upload(write("a.png", std::string(1 << 20, 'x'))), 0);
+    EXPECT_GT(whole, std::size_t{1} << 20);
+    EXPECT_EQ(client.getNetworkError(), 1);
+}
+
+TEST_F(IconTest, ComesDownIntoTheTemporaryFolder)
+{
+    server.reply(200, "image/png", kPicture);
+    const std::string name = "icon " + std::to_string(server.port()) + ".png";
+    ASSERT_EQ(client.GetSpaceIcon("c&1"_w, server.url("/icons/" + name), path), 1);
+    EXPECT_EQ(server.requests().back().method, "GET");
+    EXPECT_EQ(server.requests().back().target, "/icons/icon%20" + std::to_string(server.port()) + ".png?cred=c&1");
+    const fs::path file(std::u8string(reinterpret_cast<const char8_t*>(narrow(path).c_str())));
+    EXPECT_EQ(utf8(file.filename()), name);
+    EXPECT_EQ(bytesOf(file), kPicture);
+    fs::remove(file);
+}
+
+TEST_F(IconTest, ReplacesTheFileOfThatName)
+{
+    const std::string name = "again-" + std::to_string(server.port());
+    for (const std::string bytes : {"first and longer", "second"}) {
+        server.reply(200, "image/png", bytes);
+        ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + name), path), 1);
+        EXPECT_EQ(bytesOf(narrow(path)), bytes);
+    }
+    fs::remove(narrow(path));
+}
+
+TEST_F(IconTest, IsNoIconWhereTheServiceHasNone)
+{
+    for (const int status : {404, 500, 204, 302}) {
+        server.reply(status, "text/plain", status == 204 ? "" : "sorry");
+        EXPECT_EQ(client.GetSpaceIcon("c"_w, server.url("/x.png"), path), 0) << status;
+        EXPECT_EQ(narrow(path), "before");
+        EXPECT_EQ(narrow(client.GetLstMsg().reason),
+                  "Network error. Unable to connect to " + server.address("/x.png") + "?cred=c");
+        EXPECT_EQ(client.getNetworkError(), 0) << status;
+    }
+}
+
+TEST_F(IconTest, LeavesNothingBehindWhenItIsCutOff)
+{
+    const std::string name = "half-" + std::to_string(server.port());
+    server.script(kzn::test::Script().send("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf").close());
+    EXPECT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + name), path), 0);
+    EXPECT_EQ(narrow(path), "before");
+    EXPECT_EQ(client.getNetworkError(), 1);
+    for (const auto& entry : fs::directory_iterator(fs::temp_directory_path()))
+        EXPECT_EQ(utf8(entry.path().filename()).find(name), std::string::npos) << entry.path();
+}
+
+TEST_F(IconTest, SaysWhichFileCouldNotBeWritten)
+{
+    // A folder of that name is in the way.
+    const fs::path taken = fs::temp_directory_path() / ("taken-" + std::to_string(server.port()));
+    fs::create_directories(taken / "full");
+    server.reply(200, "image/png", kPicture);
+    EXPECT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + utf8(taken.filename())), path), 0);
+    EXPECT_EQ(narrow(path), "before");
+    EXPECT_NE(narrow(client.GetLstMsg().reason).find(utf8(taken.filename())), std::string::npos);
+    fs::remove_all(taken);
+}
