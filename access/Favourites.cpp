@@ -43,8 +43,8 @@ int CWapiClient::GetFavoriteSpaceList(const CStringT& cred, const CStringT& thin
             "&xml=", "<script><step><cmd>get</cmd><type>wtng</type><where><and><eq><path>thingName</path><value>",
             thingName, "</value></eq>",
             "<eq><path>thingType</path><value>favouriteWorkspaces</value></eq></and></where>",
-            "<select>workspaceID</select><set var=\"WKSPID1\" path=\"workspaceThing/workspaceID\"/></step>");
-        body.more("<foreach var=\"WKSPID1\"><step><cmd>get</cmd><type>workspace</type><id>$$loopVar$$</id>",
+            R"(<select>workspaceID</select><set var="WKSPID1" path="workspaceThing/workspaceID"/></step>)");
+        body.more(R"(<foreach var="WKSPID1">)", "<step><cmd>get</cmd><type>workspace</type><id>$$loopVar$$</id>",
                   "<select>workspaceID:members</select></step></foreach></script>");
 
         list_favorite_resp reply;

@@ -42,8 +42,8 @@ int CWapiClient::ProbeAccessAllSpace(const CStringT& cred, const CStringT& other
                      "<eq><path>members/member/userID</path><senv>userID</senv></eq>",
                      "<eq><path>members/member/userID</path><value>", otherUserID, "</value></eq></and></where>",
                      "<select>workspaceID</select><pageStart>1</pageStart><pageSize>10000</pageSize>",
-                     "<set var=\"WKSPID\" path=\"workspace/workspaceID\"/></step>");
-        body.more("<foreach var=\"WKSPID\"><step><cmd>execute</cmd><task>ProbeAccess</task><xml><tests>");
+                     R"(<set var="WKSPID" path="workspace/workspaceID"/></step>)");
+        body.more(R"(<foreach var="WKSPID">)", "<step><cmd>execute</cmd><task>ProbeAccess</task><xml><tests>");
         writeGetSetTests(body, "$$loopVar$$");
         body.more("</tests></xml></step></foreach></script>");
 

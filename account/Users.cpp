@@ -70,18 +70,22 @@ private:
 
 enum UserField : int { kHostName = 0, kWebsiteURL = 1, kClientBuild = 2, kClientVersion = 3 };
 
-bool isOfClient(const CWapiClient::USER_Field_Value& field) noexcept
-{
-    return field.type == kClientBuild || field.type == kClientVersion;
-}
-
-// The host's own fields come first, whatever the order of the list, and the client's inside their block.
-void writeUserFields(FormBody& body, const std::vector<CWapiClient::USER_Field_Value>& fields)
+void writeHostFields(FormBody& body, const std::vector<CWapiClient::USER_Field_Value>& fields)
 {
     for (const auto& [type, value] : fields) {
         if (type == kHostName) body.more("<hostName>", value, "</hostName>");
         if (type == kWebsiteURL) body.more("<websiteURL>", value, "</websiteURL>");
     }
+}
+
+bool isOfClient(const CWapiClient::USER_Field_Value& field) noexcept
+{
+    return field.type == kClientBuild || field.type == kClientVersion;
+}
+
+// The block goes out only where something stands in it.
+void writeClientFields(FormBody& body, const std::vector<CWapiClient::USER_Field_Value>& fields)
+{
     if (std::none_of(fields.begin(), fields.end(), isOfClient)) return;
     body.more("<client>");
     for (const auto& [type, value] : fields) {
@@ -134,7 +138,8 @@ int CWapiClient::editExtUser(const CStringT& cred, const CStringT& user, std::ve
         FormBody body;
         body.encoded("cmd=", "set").encoded("&cred=", cred).encoded("&type=", "user").encoded("&id=", user);
         body.encoded("&xml=", "<user><ext><KZN>");
-        writeUserFields(body, fields);
+        writeHostFields(body, fields);
+        writeClientFields(body, fields);
         body.more("</KZN></ext></user>");
 
         CXMLWapiSetResponse reply;

@@ -1,6 +1,7 @@
 // The one place where something happens as the library is loaded and unloaded: the log is opened and closed.
 #include "client/TraceLog.h"
 #include "pvutil/HttpTransport.h"
+#include "pvutil/Process.h"
 #include "pvutil/TimerWindow.h"
 
 namespace {
@@ -12,8 +13,11 @@ namespace {
 
 [[gnu::destructor]] void onUnload() noexcept
 {
-    kzn::pvutil::TimerWindow::shutDown();
-    kzn::pvutil::shutDownTransport();
+    // A process that ends gives everything back by itself, and its other threads may have died in the middle of a call.
+    if (!kzn::pvutil::processIsEnding()) {
+        kzn::pvutil::TimerWindow::shutDown();
+        kzn::pvutil::shutDownTransport();
+    }
     wapi::traceLog().close();
 }
 

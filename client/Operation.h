@@ -9,6 +9,21 @@
 #include "client/Trace.h"
 #include "client/WapiClient.h"
 
+namespace wapi {
+
+/// Keeps every exception inside and says nothing of it but 0.
+template <typename Body>
+int contained(Body&& body) noexcept
+{
+    try {
+        return std::forward<Body>(body)() != 0 ? 1 : 0;
+    } catch (...) {
+        return 0;
+    }
+}
+
+}  // namespace wapi
+
 /// Keeps every exception inside and turns it into a 0 and a last message.
 template <typename Body>
 int CWapiClient::guarded(Body&& body) noexcept

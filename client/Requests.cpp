@@ -24,12 +24,24 @@ HTTP_METHOD transportMethod(CWapiClient::METHOD_TYPE method) noexcept
     return method == CWapiClient::METHOD_POST ? HTTP_METHOD::POST : HTTP_METHOD::GET;
 }
 
+// The form behind the address. A "#" would end what goes out: the address's own is cut, the form's is written encoded.
+CStringT queryAddress(const CStringT& url, const CStringT& form)
+{
+    CStringT address = url.substr(0, url.find('#'));
+    address += '?';
+    for (const auto unit : form) {
+        if (unit == '#') appendAscii(address, "%23");
+        else address += unit;
+    }
+    return address;
+}
+
 // A post carries the form as its body, anything else behind one "?", whatever the address holds.
 int sendProxied(CZelHttpClient& http, HTTP_METHOD method, const CStringT& url, const CStringT& form,
                 const CStringT& headers)
 {
     if (method == HTTP_METHOD::POST) return http.Request(url, method, form, headers, HttpOption::kProxy);
-    return http.Request(url + wide("?") + form, method, CStringT(), headers, HttpOption::kProxy);
+    return http.Request(queryAddress(url, form), method, CStringT(), headers, HttpOption::kProxy);
 }
 
 void traceBadStatus(int status)
@@ -107,7 +119,8 @@ int CWapiClient::callWapi(const CStringT& cred, const CStringT& command)
 int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, METHOD_TYPE method, const CStringT& url,
                                const CStringT& headers, int withCred, CStringT& reply)
 {
-    return operation(kProxyCall.data(), Timer::leave, [&] {
+    const ScopeTracer scope(kProxyCall.data());
+    return contained([&] {
         trace(TraceLevel::debug, command);
         if (findLast(command, "cmd=login") != CStringT::npos) {
             reply = wide(kLoginRefusal);

@@ -59,7 +59,8 @@ int CWapiClient::getCredForExpired(CStringT& newCred, CStringT userName, CString
 
 int CWapiClient::logout(const CStringT& cred)
 {
-    operation("CWapiClient::logout", Timer::leave, [&] {
+    const ScopeTracer scope("CWapiClient::logout");
+    contained([&] {
         FormBody body;
         body.encoded("cmd=", "logout").encoded("&cred=", cred);
         traceLog().write(LogLevel::debug, body);

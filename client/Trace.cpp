@@ -28,7 +28,7 @@ void send(TraceLevel level, const Pieces&... pieces) noexcept
         appendAscii(line, prefix);
         (line.append(pieces.begin(), pieces.end()), ...);
         PvTraceWrite(static_cast<int>(level), line.c_str());
-    } catch (...) {  // no memory for the line, or a host's sink that throws: the operation goes on
+    } catch (...) {  // no memory for the line, or a sink that throws where that can be caught: the operation goes on
     }
 }
 

@@ -9,7 +9,7 @@ namespace wapi {
 
 enum class TraceLevel : int { error = 0, warning = 3, info = 6, debug = 9 };
 
-/// Hands the level's prefix and the text to the trace library. Never throws, whatever the host's sink does.
+/// Hands the level's prefix and the text to the trace library. Never throws.
 void trace(TraceLevel level, const CStringT& text) noexcept;
 
 /// The same for a line of the library's own, in up to two pieces.

@@ -52,7 +52,7 @@ CStringT copyOf(const CStringT& text) noexcept
 CWapiClient::CWapiClient(CStringT baseURL)
 {
     opURL.swap(baseURL);
-    guarded([this] {
+    contained([this] {
         init();
         return 1;
     });
@@ -89,7 +89,7 @@ CWapiClient& CWapiClient::operator=(const CWapiClient& other)
     networkError = other.networkError;
     loginHandler = other.loginHandler;
     refreshInterval = other.refreshInterval;
-    guarded([&] {
+    contained([&] {
         opURL = other.opURL;
         nullSessionURL = other.nullSessionURL;
         uploadURL = other.uploadURL;
@@ -142,7 +142,7 @@ const CStringT& CWapiClient::getRootCred() const
 
 void CWapiClient::setRootCred(const CStringT& cred)
 {
-    guarded([&] {
+    contained([&] {
         rootCred = cred;
         return 1;
     });

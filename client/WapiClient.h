@@ -200,7 +200,7 @@ public:
     int GetSpaceIcon(const CStringT& cred, const CStringT& iconURL, CStringT& localPath);
 
     /// Told of the bytes done and the whole (0 while unknown) as a picture goes up or comes down; false ends the
-    /// transfer.
+    /// transfer. It must not throw.
     using TransferProgress = std::function<bool(std::size_t done, std::size_t whole)>;
     void onTransferProgress(TransferProgress progress);
 

@@ -8,11 +8,19 @@ endfunction()
 
 # pv_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>])
 # One entry of ctest a program, not one a case: a start under Wine costs more than most cases.
+# Whoever loads the library begins its log anew, so each program has a data folder of its own; on Windows, where the
+# user has just one, the programs take turns.
 function(pv_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} gmock_main)
     add_test(NAME ${name} COMMAND ${name})
+    set(dataFolder ${CMAKE_CURRENT_BINARY_DIR}/${name}.data)
+    file(MAKE_DIRECTORY ${dataFolder})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT XDG_DATA_HOME=${dataFolder})
+    if(WIN32)
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK pvwapi-log)
+    endif()
     if(arg_TIMEOUT)
         set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
     endif()

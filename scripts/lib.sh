@@ -57,6 +57,9 @@ take_lock()
     flock 9
 }
 
+# What talks to a server on this machine must not go through a proxy.
+without_proxies() { unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY; }
+
 # A wineserver that stays up makes a Windows program start in 0.2 s instead of 2.6 s.
 start_wineserver() { wineserver -p 9>&- >/dev/null 2>&1 || true; }
 stop_wineserver() { wineserver -k 9>&- >/dev/null 2>&1 || true; }

@@ -30,7 +30,6 @@ using HeaderList = std::unique_ptr<curl_slist, CleanUp>;
 // one that works alone finds the handle again that it gave back.
 constinit std::array<std::atomic<CURL*>, 16> g_idle{};
 constinit std::once_flag g_initialised;
-constinit std::atomic<bool> g_mustCleanUp = false;
 
 std::size_t firstSlot() noexcept
 {
@@ -57,7 +56,7 @@ Easy takeHandle()
     for (std::size_t step = 0; step < g_idle.size(); ++step)
         if (Easy idle{g_idle[(first + step) % g_idle.size()].exchange(nullptr)}) return idle;
 
-    std::call_once(g_initialised, [] { g_mustCleanUp = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK; });
+    std::call_once(g_initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
     Easy easy{curl_easy_init()};
     if (easy) configure(easy.get());
     return easy;
@@ -285,10 +284,11 @@ bool transport(HttpExchange& exchange)
     return whole;
 }
 
+// libcurl's global state stays: at the end of the process another thread may still be inside a call, and nothing here can
+// tell that end from an unloading.
 void shutDownTransport() noexcept
 {
     for (auto& slot : g_idle) Easy(slot.exchange(nullptr)).reset();
-    if (g_mustCleanUp.exchange(false)) curl_global_cleanup();
 }
 
 }  // namespace kzn::pvutil

@@ -14,6 +14,12 @@ unsigned long threadId() noexcept
     return static_cast<unsigned long>(gettid());
 }
 
+// The system calls the same functions for an exit and for an unloading.
+bool processIsEnding() noexcept
+{
+    return false;
+}
+
 std::tm localTime() noexcept
 {
     const std::time_t now = std::time(nullptr);

@@ -1,6 +1,9 @@
 #include "pvutil/Process.h"
 
 #include <windows.h>
+#include <winternl.h>
+
+extern "C" NTSYSAPI BOOLEAN NTAPI RtlDllShutdownInProgress();
 
 namespace kzn::pvutil {
 
@@ -12,6 +15,11 @@ unsigned long processId() noexcept
 unsigned long threadId() noexcept
 {
     return GetCurrentThreadId();
+}
+
+bool processIsEnding() noexcept
+{
+    return RtlDllShutdownInProgress() != 0;
 }
 
 std::tm localTime() noexcept
