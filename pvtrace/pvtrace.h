@@ -15,8 +15,8 @@ using PvTraceUnit = char16_t;
 
 extern "C" {
 
-/// Receives a line. `text` ends with a zero unit and lives for the call only. A sink must not throw: on Windows each module
-/// unwinds by a runtime of its own, and an exception that leaves one ends the process.
+/// Receives a line. `text` ends with a zero unit and lives for the call only. A sink must not throw: on Windows each
+/// module unwinds by a runtime of its own, and an exception that leaves one ends the process.
 using PvTraceSink = void (*)(int level, const PvTraceUnit* text);
 
 /// Hands a line to the sink. Ordinal 6 on Windows.

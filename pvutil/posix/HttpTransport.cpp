@@ -284,8 +284,8 @@ bool transport(HttpExchange& exchange)
     return whole;
 }
 
-// libcurl's global state stays: at the end of the process another thread may still be inside a call, and nothing here can
-// tell that end from an unloading.
+// libcurl's global state stays: at the end of the process another thread may still be inside a call, and nothing here
+// can tell that end from an unloading.
 void shutDownTransport() noexcept
 {
     for (auto& slot : g_idle) Easy(slot.exchange(nullptr)).reset();

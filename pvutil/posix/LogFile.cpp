@@ -21,8 +21,7 @@ bool makePrivate(int file) noexcept
 {
     struct stat found {};
     return fstat(file, &found) == 0 && S_ISREG(found.st_mode) && found.st_uid == geteuid() &&
-           fchmod(file, S_IRUSR | S_IWUSR) == 0 &&
-           ftruncate(file, 0) == 0;
+           fchmod(file, S_IRUSR | S_IWUSR) == 0 && ftruncate(file, 0) == 0;
 }
 
 }  // namespace
