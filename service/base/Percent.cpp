@@ -12,6 +12,16 @@ int digitOf(char c)
     return -1;
 }
 
+// The byte that the two digits behind a percent sign stand for.
+std::optional<char> byteOf(std::string_view digits)
+{
+    if (digits.size() < 2) return std::nullopt;
+    const int high = digitOf(digits[0]);
+    const int low = digitOf(digits[1]);
+    if (high < 0 || low < 0) return std::nullopt;
+    return static_cast<char>(static_cast<unsigned char>(high * 16 + low));
+}
+
 }  // namespace
 
 std::optional<std::string> percentDecoded(std::string_view text)
@@ -23,11 +33,9 @@ std::optional<std::string> percentDecoded(std::string_view text)
             out.push_back(text[i] == '+' ? ' ' : text[i]);
             continue;
         }
-        if (i + 2 >= text.size()) return std::nullopt;
-        const int high = digitOf(text[i + 1]);
-        const int low = digitOf(text[i + 2]);
-        if (high < 0 || low < 0) return std::nullopt;
-        out.push_back(static_cast<char>(static_cast<unsigned char>(high * 16 + low)));
+        const auto byte = byteOf(text.substr(i + 1));
+        if (!byte) return std::nullopt;
+        out.push_back(*byte);
         i += 2;
     }
     return out;
