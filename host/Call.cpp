@@ -76,13 +76,30 @@ void Call::signIn()
     if (client_.getRootCred().empty()) throw OperationFailed("the service signed in without a credential");
 }
 
-void Call::check(int result)
+void Call::check(int result, const std::string& refusal)
 {
     if (result == 1) return;
     const WAPIMESSAGE message = client_.GetLstMsg();
-    std::string line = message.reason.empty() ? "failed without a reason" : ToUtf8(message.reason);
+    std::string line = message.reason.empty() ? refusal : ToUtf8(message.reason);
+    if (line.empty()) line = "failed without a reason";
     if (!message.exceptionID.empty()) line += " (" + ToUtf8(message.exceptionID) + ")";
     throw OperationFailed(line);
+}
+
+std::string Call::emptyOne(std::initializer_list<const char*> names) const
+{
+    for (const char* const name : names) {
+        if (text(name).empty()) return "nothing was sent: " + std::string(name) + " is empty";
+    }
+    return {};
+}
+
+CStringT Call::userID()
+{
+    if (given("--user")) return text("--user");
+    CUserConfigInfo info;
+    check(client_.getUserConfigureInfo(cred(), info));
+    return client_.getUserID();
 }
 
 void Call::showText(const std::string& name, const CStringT& text)

@@ -1,6 +1,7 @@
 // One command at work: its arguments, its client, and what it shows.
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -45,11 +46,18 @@ public:
     /// Signs in with user and password or token. The session outlives the command.
     void signIn();
 
-    /// Ends the command with the client's last message unless `result` is 1.
-    void check(int result);
+    /// Ends the command with the client's last message unless `result` is 1; with `refusal` where the client has none.
+    void check(int result, const std::string& refusal = {});
+
+    /// The refusal of a call for which none of these arguments may be empty: names the first that is, if one is.
+    std::string emptyOne(std::initializer_list<const char*> names) const;
+
+    /// The user's ID that --user gives, else the ID of who is signed in.
+    CStringT userID();
 
     /// What goes to standard output once everything has succeeded.
     void show(const Json& value, const Columns& columns = {}) { output_ += render(value, columns, settings_.format); }
+    void showParts(const Parts& parts) { output_ += renderParts(parts, settings_.format); }
     /// A text that stands for itself in a table's place; JSON shows it as the member `name`.
     void showText(const std::string& name, const CStringT& text);
     const std::string& output() const { return output_; }

@@ -10,7 +10,8 @@ class Call;
 
 enum class Kind { text, number, flag, list };
 
-/// "name" stands at a fixed place, "--name" anywhere. Placed ones must be given, the others may be.
+/// "name" stands at a fixed place, "--name" anywhere. Placed ones must be given, the others may be; a placed list comes
+/// last and takes all that follows, be it nothing.
 struct Argument {
     std::string name;
     std::string help;
@@ -22,7 +23,8 @@ struct Command {
     std::string path;  ///< the words that call it, such as "spaces create"
     std::string help;
     std::vector<Argument> arguments;
-    void (*run)(Call& call);  ///< null where the words only lead to further ones
+    void (*run)(Call& call);                   ///< null where the words only lead to further ones
+    std::vector<std::string> operations = {};  ///< the client's members that it calls, but for signing in and out
 };
 
 using Commands = std::vector<Command>;

@@ -21,6 +21,9 @@ constexpr const char* kFooter =
     "read. A command signs in and out by itself unless it is given the credential of a session.\n"
     "Exit status: 0 done, 1 the operation failed, 2 the command line or this machine is at fault.";
 
+// Lists the operations and the commands that call them. It stands in no help: it is for the tests and the curious.
+constexpr const char* kOperations = "--operations";
+
 std::vector<Argument> commonArguments()
 {
     return {
@@ -47,6 +50,18 @@ std::string numberProblem(const std::string& text)
     return error == std::errc() && stop == end ? std::string() : "'" + text + "' is not a whole number";
 }
 
+/// A line for each operation that a command calls: the command's words, a tab, the operation. A command that forgot to
+/// name any shows by a line without one.
+std::string operationsOf(const Commands& commands)
+{
+    std::string lines;
+    for (const Command& command : commands) {
+        for (const std::string& operation : command.operations) lines += command.path + '\t' + operation + '\n';
+        if (command.run != nullptr && command.operations.empty()) lines += command.path + "\t\n";
+    }
+    return lines;
+}
+
 /// What can follow the words so far.
 std::string subcommandsOf(const CLI::App& app)
 {
@@ -65,6 +80,7 @@ private:
     CLI::App& appAt(const std::string& path);
     Request request() const;
 
+    const Commands& all_;
     CLI::App root_{kSummary, "pvwapi"};
     std::map<std::string, CLI::App*> apps_;
     std::map<const CLI::App*, const Command*> commands_;
@@ -74,9 +90,12 @@ void addOption(CLI::App& app, const Argument& argument)
 {
     CLI::Option& option = *app.add_option(argument.name, argument.help);
     option.type_name(argument.kind == Kind::number ? "NUMBER" : "TEXT");
-    if (!argument.name.starts_with('-')) option.required();
     if (argument.kind == Kind::number) option.check(numberProblem);
     if (argument.kind == Kind::list) option.multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    if (!argument.name.starts_with('-')) {
+        if (argument.kind == Kind::list) option.expected(0, -1)->allow_extra_args();
+        else option.required();
+    }
     if (argument.choices.empty()) return;
 
     option.type_name(joined(argument.choices, "|"));
@@ -103,11 +122,12 @@ void addValues(Values& values, const CLI::App& app, const std::vector<Argument>&
     }
 }
 
-Parser::Parser(const Commands& commands)
+Parser::Parser(const Commands& commands) : all_(commands)
 {
     root_.allow_windows_style_options(false);
     root_.set_help_flag("-h,--help", "Print this help and end");
     root_.set_version_flag("--version", "pvwapi " PVWAPI_VERSION, "Print the version and end");
+    root_.add_flag(std::string(kOperations))->group("");
     root_.footer(kFooter);
     root_.require_subcommand(0, 1);
     for (const Argument& argument : commonArguments()) addArgument(root_, argument);
@@ -160,12 +180,16 @@ Request Parser::request() const
     const CLI::App* app = &root_;
     while (!app->get_subcommands().empty()) app = app->get_subcommands().front();
 
+    Request request;
+    if (root_.count(kOperations) > 0) {
+        request.help = operationsOf(all_);
+        return request;
+    }
     const auto command = commands_.find(app);
     if (command == commands_.end()) {
         throw LocalProblem("a command is missing, one of " + subcommandsOf(*app) + "; see pvwapi --help");
     }
 
-    Request request;
     request.command = command->second;
     addValues(request.values, *app, request.command->arguments);
 

@@ -13,7 +13,7 @@ struct Request {
     const Command* command = nullptr;  ///< none where `help` has what was asked for instead
     Values values;
     Settings settings;
-    std::string help;
+    std::string help;  ///< or the list of operations
 };
 
 /// Throws LocalProblem where the words make no command. The request points into `commands`.

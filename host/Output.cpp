@@ -60,10 +60,13 @@ std::string table(const Json& records, const Columns& columns)
     return aligned(rows);
 }
 
-std::string members(const Json& record)
+std::string members(const Json& record, const Columns& columns)
 {
     std::vector<Row> rows;
-    for (const auto& [name, value] : record.items()) rows.push_back({name, cell(value)});
+    for (const auto& [name, value] : record.items()) {
+        const bool wanted = columns.empty() || std::ranges::find(columns, name) != columns.end();
+        if (wanted) rows.push_back({name, cell(value)});
+    }
     return aligned(rows);
 }
 
@@ -72,7 +75,21 @@ std::string members(const Json& record)
 std::string render(const Json& value, const Columns& columns, Format format)
 {
     if (format == Format::json) return harmless(value.dump(2), "\n") + '\n';
-    return value.is_array() ? table(value, columns) : members(value);
+    return value.is_array() ? table(value, columns) : members(value, columns);
+}
+
+std::string renderParts(const Parts& parts, Format format)
+{
+    if (format == Format::json) {
+        Json whole = Json::object();
+        for (const Part& part : parts) whole[part.name] = part.value;
+        return render(whole, {}, format);
+    }
+    std::string text;
+    for (const Part& part : parts) {
+        text += (text.empty() ? "" : "\n") + part.name + ":\n" + render(part.value, part.columns, format);
+    }
+    return text;
 }
 
 }  // namespace host

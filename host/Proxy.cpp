@@ -70,8 +70,9 @@ Commands proxyCommands()
            {"get", "post"}},
           {"--header", "A further header line, \"Name: value\"; may be repeated", Kind::list},
           {"--no-cred", "Leave the session's credential out, and take any reply for a success", Kind::flag}},
-         proxy},
-        {"call", "Send a command of your own making and see whether it succeeds", {command}, plainCall},
+         proxy,
+         {"WapiProxyCall"}},
+        {"call", "Send a command of your own making and see whether it succeeds", {command}, plainCall, {"callWapi"}},
     };
 }
 

@@ -61,14 +61,16 @@ Commands sessionCommands()
         {"login",
          "Begin a session and print its credential, for PVWAPI_CRED",
          {{"--save", "Write it to this file instead, for --credentials"}},
-         login},
-        {"logout", "End the session of PVWAPI_CRED or of the file", {}, logout},
-        {"session", "Read the session; refreshInterval is in milliseconds", {}, session},
+         login,
+         {"login"}},
+        {"logout", "End the session of PVWAPI_CRED or of the file", {}, logout, {"logout"}},
+        {"session", "Read the session; refreshInterval is in milliseconds", {}, session, {"getSessionInfo"}},
         {"session clone",
          "Derive a further credential from the session",
          {{"--workspace", "The ID of the only workspace that it is to open"}},
-         clone},
-        {"session renew", "Sign in again for a session that has expired", {}, renew},
+         clone,
+         {"cloneSession"}},
+        {"session renew", "Sign in again for a session that has expired", {}, renew, {"getCredForExpired"}},
     };
 }
 

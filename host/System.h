@@ -16,6 +16,9 @@ std::string environment(const std::string& name);
 /// Lets the two output streams carry bytes as they are, and a console show them as UTF-8.
 void prepareOutput();
 
+/// Whether somebody looks at standard error as it is written.
+bool errorIsTerminal();
+
 /// The whole of a file that nobody but its owner can read. Throws LocalProblem where it is readable by others, is not a
 /// regular file, is larger than `limit` or cannot be read.
 std::string readPrivateFile(const std::string& path, std::size_t limit);

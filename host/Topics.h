@@ -7,6 +7,18 @@ namespace host {
 
 Commands sessionCommands();
 Commands spacesCommands();
+Commands tabsCommands();
+Commands iconCommands();
+Commands appsCommands();
+Commands accessCommands();
+Commands membersCommands();
+Commands invitationsCommands();
+Commands rolesCommands();
+Commands favouritesCommands();
+Commands userCommands();
+Commands organisationCommands();
+Commands librariesCommands();
+Commands eventsCommands();
 Commands proxyCommands();
 
 }  // namespace host

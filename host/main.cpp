@@ -19,7 +19,9 @@ constexpr int kLocalProblem = 2;
 Commands allCommands()
 {
     Commands all;
-    for (const auto topic : {sessionCommands, spacesCommands, proxyCommands}) {
+    for (const auto topic : {sessionCommands, spacesCommands, tabsCommands, iconCommands, appsCommands, accessCommands,
+                             membersCommands, invitationsCommands, rolesCommands, favouritesCommands, userCommands,
+                             organisationCommands, librariesCommands, eventsCommands, proxyCommands}) {
         for (Command& command : topic()) all.push_back(std::move(command));
     }
     return all;

@@ -75,6 +75,11 @@ std::string environment(const std::string& name)
 
 void prepareOutput() {}
 
+bool errorIsTerminal()
+{
+    return ::isatty(STDERR_FILENO) == 1;
+}
+
 std::string readPrivateFile(const std::string& path, std::size_t limit)
 {
     // A pipe without a writer must not hold the program up before it is refused.

@@ -157,6 +157,12 @@ void prepareOutput()
     ::SetConsoleOutputCP(CP_UTF8);
 }
 
+bool errorIsTerminal()
+{
+    DWORD mode = 0;
+    return ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
 std::string readPrivateFile(const std::string& path, std::size_t limit)
 {
     const Handle file = openFile(path, FromUtf8(path), GENERIC_READ | READ_CONTROL, OPEN_EXISTING, nullptr);

@@ -50,6 +50,21 @@ std::vector<std::string> HostTest::bodies() const
     return result;
 }
 
+std::string HostTest::lastRequest() const
+{
+    const std::string body = bodies().back();
+    std::string text;
+    for (std::size_t at = 0; at < body.size(); ++at) {
+        if (body[at] != '%') {
+            text.push_back(body[at]);
+            continue;
+        }
+        text.push_back(static_cast<char>(std::stoi(body.substr(at + 1, 2), nullptr, 16)));
+        at += 2;
+    }
+    return text;
+}
+
 std::string HostTest::path(std::string_view name) const
 {
     return (folder_ / name).string();

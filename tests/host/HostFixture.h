@@ -12,6 +12,8 @@
 #include "tests/host/Program.h"
 #include "tests/support/CaptureServer.h"
 
+using Words = std::vector<std::string>;
+
 class HostTest : public testing::Test {
 protected:
     HostTest();
@@ -27,6 +29,8 @@ protected:
     void signInAs(std::string_view cred);
 
     std::vector<std::string> bodies() const;
+    /// What the last request said, without its percent-encoding.
+    std::string lastRequest() const;
     std::string path(std::string_view name) const;
 
     kzn::test::CaptureServer server;
@@ -34,4 +38,10 @@ protected:
 
 private:
     std::filesystem::path folder_;
+};
+
+/// The same, with the credential C1 of a session that stands already.
+class SessionHostTest : public HostTest {
+protected:
+    SessionHostTest() { environment["PVWAPI_CRED"] = "C1"; }
 };

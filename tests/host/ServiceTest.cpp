@@ -1,15 +1,8 @@
 // The command-line program and the examples against the stand-in service with its demo organisation.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <nlohmann/json.hpp>
-#include <random>
 #include <thread>
 
-#include "tests/host/Program.h"
+#include "tests/host/ServiceFixture.h"
 
 namespace {
 
@@ -20,48 +13,12 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-class ServiceHostTest : public testing::Test {
-protected:
-    ServiceHostTest()
-    {
-        const char* const url = std::getenv("TEST_SERVICE_URL");
-        environment = {
-            {"PVWAPI_BASE_URL", url != nullptr ? url : ""},
-            {"PVWAPI_USER", "anna"},
-            {"PVWAPI_PASSWORD", "anna-demo-1"},
-            {"XDG_DATA_HOME", (std::filesystem::temp_directory_path() / "pvwapi-host-service-test").string()},
-        };
-        // The built-in address is somebody else's service.
-        if (url == nullptr) ADD_FAILURE() << "TEST_SERVICE_URL is not set";
-    }
-
-    Ended run(const std::vector<std::string>& words) { return runProgram(PVWAPI_HOST_PROGRAM, words, environment); }
-
-    /// The examples write text as their system does, with its ends of lines.
-    Ended example(const std::string& program)
-    {
-        Ended ended = runProgram(program, {}, environment);
-        std::erase(ended.out, '\r');
-        return ended;
-    }
-
-    /// Runs a command that must succeed and returns what it shows.
-    json shown(std::vector<std::string> words)
-    {
-        words.insert(words.end(), {"--format", "json"});
-        const Ended ended = run(words);
-        EXPECT_EQ(ended.status, 0) << ended.err;
-        return json::parse(ended.out, nullptr, false);
-    }
-
-    Environment environment;
-};
-
-std::vector<std::string> namesOf(const json& spaces)
+/// The examples write text as their system does, with its ends of lines.
+Ended example(const std::string& program, const Environment& environment)
 {
-    std::vector<std::string> names;
-    for (const json& space : spaces) names.push_back(space.at("workspaceName"));
-    return names;
+    Ended ended = runProgram(program, {}, environment);
+    std::erase(ended.out, '\r');
+    return ended;
 }
 
 /// A reason behind the command's name, and nothing behind the first end of a line.
@@ -79,7 +36,7 @@ TEST_F(ServiceHostTest, WorkspaceThatWasMadeIsListed)
     EXPECT_NE(id, "");
 
     const json spaces = shown({"spaces", "list"});
-    ASSERT_THAT(namesOf(spaces), Contains(name));
+    ASSERT_THAT(valuesOf(spaces, "workspaceName"), Contains(name));
     for (const json& space : spaces) {
         if (space.at("workspaceID") != id) continue;
         EXPECT_EQ(space.at("workspaceName"), name);
@@ -91,10 +48,10 @@ TEST_F(ServiceHostTest, WorkspaceThatWasMadeIsListed)
 
 TEST_F(ServiceHostTest, EachUserSeesTheirOwnWorkspaces)
 {
-    EXPECT_THAT(namesOf(shown({"spaces", "list"})), Contains("Messestand Köln"));
-    environment["PVWAPI_USER"] = "ben";
-    environment["PVWAPI_PASSWORD"] = "ben-demo-1";
-    EXPECT_THAT(namesOf(shown({"spaces", "list"})), testing::UnorderedElementsAre("Autumn catalogue", "Photo archive"));
+    EXPECT_THAT(valuesOf(shown({"spaces", "list"}), "workspaceName"), Contains("Messestand Köln"));
+    actAs("ben");
+    EXPECT_THAT(valuesOf(shown({"spaces", "list"}), "workspaceName"),
+                testing::UnorderedElementsAre("Autumn catalogue", "Photo archive"));
 }
 
 TEST_F(ServiceHostTest, WrongPasswordIsRefusedWithTheReasonOfTheService)
@@ -144,16 +101,15 @@ TEST_F(ServiceHostTest, ProxyShowsTheReplyOfTheService)
 
 TEST_F(ServiceHostTest, ListWorkspacesExample)
 {
-    environment["PVWAPI_USER"] = "dmitri";
-    environment["PVWAPI_PASSWORD"] = "dmitri-demo-1";
-    const Ended ended = example(PVWAPI_EXAMPLE_LIST);
+    actAs("dmitri");
+    const Ended ended = example(PVWAPI_EXAMPLE_LIST, environment);
     EXPECT_EQ(ended.status, 0) << ended.err;
     EXPECT_EQ(ended.out, "Messestand Köln (member)\nClient project (administrator)\n2 workspaces\n");
 }
 
 TEST_F(ServiceHostTest, TraceLinesExample)
 {
-    const Ended ended = example(PVWAPI_EXAMPLE_TRACE);
+    const Ended ended = example(PVWAPI_EXAMPLE_TRACE, environment);
     EXPECT_EQ(ended.status, 0) << ended.err;
     EXPECT_EQ(ended.out,
               "CWapiClient::login\nCWapiClient::getSessionInfo\nCWapiClient::getSessionInfo\n"

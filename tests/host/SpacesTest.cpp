@@ -5,7 +5,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using Words = std::vector<std::string>;
 
 constexpr const char* kTwoSpaces =
     "<return><step>"
@@ -16,10 +15,7 @@ constexpr const char* kTwoSpaces =
     "</step><step><user><workspaces><workspace><workspaceID>w1</workspaceID><roles><role>"
     "<roleID>KZN:SpaceAdmin</roleID></role></roles></workspace></workspaces></user></step></return>";
 
-class SpacesHostTest : public HostTest {
-protected:
-    SpacesHostTest() { environment["PVWAPI_CRED"] = "C1"; }
-};
+using SpacesHostTest = SessionHostTest;
 
 TEST_F(SpacesHostTest, TableIsAlignedByWhatATerminalShows)
 {

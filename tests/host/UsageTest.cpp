@@ -8,7 +8,6 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
-using Words = std::vector<std::string>;
 
 /// One line, the status of a local problem, nothing shown and nothing sent.
 void expectLocalProblem(const Ended& ended, std::string_view line)
@@ -34,8 +33,11 @@ TEST_F(HostTest, HelpAndVersionGoToStandardOutput)
 TEST_F(HostTest, WordsThatMakeNoCommandAreRefusedInOneLine)
 {
     const std::vector<std::pair<Words, std::string>> cases{
-        {{}, "a command is missing, one of login, logout, session, spaces, proxy, call; see pvwapi --help"},
-        {{"spaces"}, "a command is missing, one of list, create; see pvwapi --help"},
+        {{},
+         "a command is missing, one of login, logout, session, spaces, tabs, icon, apps, access, members, invitations, "
+         "roles, favourites, user, av, org, libraries, notify, activity, event, meeting, proxy, call; see pvwapi "
+         "--help"},
+        {{"icon"}, "a command is missing, one of set, get; see pvwapi --help"},
         {{"frobnicate"}, "The following argument was not expected: frobnicate; see pvwapi --help"},
         {{"spaces", "list", "extra"}, "The following argument was not expected: extra; see pvwapi --help"},
         {{"spaces", "create"}, "name is required; see pvwapi --help"},
@@ -44,6 +46,10 @@ TEST_F(HostTest, WordsThatMakeNoCommandAreRefusedInOneLine)
          "--type: '99999999999' is not a whole number; see pvwapi --help"},
         {{"--format", "xml", "session"}, "--format: 'xml' is none of table, json; see pvwapi --help"},
         {{"proxy", "cmd=x", "--method", "put"}, "--method: 'put' is none of get, post; see pvwapi --help"},
+        {{"members", "role", "w1", "u1", "boss"}, "role: 'boss' is none of member, admin; see pvwapi --help"},
+        {{"event", "send", "w1", "END_VOICE"},
+         "event: 'END_VOICE' is none of start-meeting, start-voice, start-telephony, end-meeting, end-voice, "
+         "end-telephony; see pvwapi --help"},
         {{"session", "--password", "secret"},
          "The following arguments were not expected: secret --password; see pvwapi --help"},
         {{"/session"}, "The following argument was not expected: /session; see pvwapi --help"},
@@ -102,7 +108,9 @@ TEST_F(HostTest, FileThatIsNoListOfCredentialsIsRefusedWithoutQuotingIt)
     };
     for (const auto& [text, problem] : cases) {
         writeFile(file, text, true);
-        expectLocalProblem(pvwapi({"--credentials", file, "session"}), "session: " + file + problem);
+        std::string line = "session: ";
+        line.append(file).append(problem);
+        expectLocalProblem(pvwapi({"--credentials", file, "session"}), line);
     }
     EXPECT_THAT(bodies(), IsEmpty());
 }

@@ -1,0 +1,80 @@
+// The people of a workspace.
+#include "host/Call.h"
+#include "host/Text.h"
+#include "host/Topics.h"
+
+namespace host {
+
+namespace {
+
+constexpr const char* kMember = "member";
+constexpr const char* kAdmin = "admin";
+
+WAPI_INVITEAS_TYPE roleOf(const Call& call, const char* argument)
+{
+    return call.text(argument) == FromUtf8(kAdmin) ? WAPI_INVITEAS_ADMIN : WAPI_INVITEAS_MEMBER;
+}
+
+void list(Call& call)
+{
+    std::vector<CZelMember> members;
+    call.check(call.client().getMembers(call.cred(), call.text("workspace"), members));
+    call.show(members, {"userID", "userName", "role", "email"});
+}
+
+void invite(Call& call)
+{
+    std::vector<SPACEINVT> invitations;
+    for (const CStringT& user : call.list("user")) {
+        SPACEINVT& invitation = invitations.emplace_back();
+        invitation.workspaceID = call.text("workspace");
+        invitation.user = user;
+        invitation.inviteMethod = call.given("--method") ? call.text("--method") : FromUtf8("EMAIL");
+        invitation.isproviderID = call.text("--provider");
+        invitation.inviteAs = roleOf(call, "--role");
+    }
+    call.check(call.client().inviteMembers(call.cred(), invitations, call.text("--message")));
+    call.show(invitations, {"user", "status", "userID", "userName", "email", "emailSent"});
+}
+
+void remove(Call& call)
+{
+    call.check(call.client().removeSpaceMember(call.cred(), call.text("workspace"), call.text("user")));
+}
+
+void role(Call& call)
+{
+    call.check(
+        call.client().changeMemberRole(call.cred(), call.text("workspace"), call.text("user"), roleOf(call, "role")));
+}
+
+}  // namespace
+
+Commands membersCommands()
+{
+    const Argument workspace{"workspace", "The workspace's ID"};
+    const Argument user{"user", "The member's user ID"};
+    const std::vector<std::string> roles{kMember, kAdmin};
+    return {
+        {"members", "The people of a workspace", {}, nullptr},
+        {"members list", "List a workspace's members; role 2 is an administrator", {workspace}, list, {"getMembers"}},
+        {"members invite",
+         "Invite people to a workspace",
+         {workspace,
+          {"--role", "What they are to become, member unless given", Kind::text, roles},
+          {"--method", "How they hear of it: EMAIL, the default, or another way that the service knows"},
+          {"--message", "A personal message, which goes along with EMAIL"},
+          {"--provider", "The ID of their instant-messaging provider"},
+          {"user", "Their user IDs or e-mail addresses", Kind::list}},
+         invite,
+         {"inviteMembers"}},
+        {"members remove", "Remove a member", {workspace, user}, remove, {"removeSpaceMember"}},
+        {"members role",
+         "Make a member an administrator, or one no longer",
+         {workspace, user, {"role", "What the member becomes", Kind::text, roles}},
+         role,
+         {"changeMemberRole"}},
+    };
+}
+
+}  // namespace host

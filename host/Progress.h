@@ -1,0 +1,29 @@
+// A bar on the terminal that shows how far a picture has come.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "client/WapiClient.h"
+
+namespace host {
+
+/// What the bar shows of a transfer; `whole` is 0 while nobody knows.
+std::string progressBar(std::size_t done, std::size_t whole);
+
+/// Shows the client's transfers on standard error while it lives, if that is a terminal, and takes the bar away after.
+class Progress {
+public:
+    explicit Progress(CWapiClient& client);
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    ~Progress();
+
+private:
+    void show(const std::string& bar);
+
+    CWapiClient& client_;
+    std::string shown_;
+};
+
+}  // namespace host
