@@ -44,6 +44,13 @@ int sendProxied(CZelHttpClient& http, HTTP_METHOD method, const CStringT& url, c
     return http.Request(queryAddress(url, form), method, CStringT(), headers, HttpOption::kProxy);
 }
 
+int outcomeOf(const CStringT& reply)
+{
+    CXMLWapiCommonResponse parser;
+    parser.ParseXML(reply);
+    return parser.succeeded() ? 1 : 0;
+}
+
 void traceBadStatus(int status)
 {
     FormBody note;
@@ -136,10 +143,6 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         else traceBadStatus(status);
         logReply(http);
         reply = http.ResponseContent();
-        if (withCred == 0) return 0;
-
-        CXMLWapiCommonResponse parser;
-        parser.ParseXML(reply);
-        return parser.succeeded() ? 1 : 0;
+        return withCred == 0 ? 0 : outcomeOf(reply);
     });
 }
