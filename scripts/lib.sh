@@ -12,6 +12,8 @@ self=$(basename "$0")
 # Wine finds the prefix of this build and keeps its diagnostics to itself.
 export WINEPREFIX=$build/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree=;mshtml='
 export LC_ALL=C.UTF-8
+# What one clone has compiled serves another one.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
 
 cd "$root" || exit 1
 mkdir -p "$logs"

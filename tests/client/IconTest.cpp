@@ -142,6 +142,29 @@ TEST_F(IconTest, MayBeStoppedOnItsWayUp)
     EXPECT_EQ(client.getNetworkError(), 1);
 }
 
+TEST_F(IconTest, SaysThatTheConnectionBrokeOnItsWayUp)
+{
+    otherwise(resultReply("SUCCESS"));
+    client.onTransferProgress([&](std::size_t, std::size_t) {
+        server.closeConnections();
+        return true;
+    });
+    EXPECT_EQ(upload(write("a.png", std::string(16 << 20, 'x'))), 0);
+    EXPECT_EQ(narrow(url), "before");
+    EXPECT_EQ(narrow(client.GetLstMsg().reason),
+              "Network error. Unable to connect to " + server.address("/kznconnect/upload.do?"));
+    EXPECT_EQ(requestCount(), 0U);
+}
+
+TEST_F(IconTest, LargerThanSixtyFourMebibytesIsNotSent)
+{
+    const fs::path file = write("large.png", "");
+    fs::resize_file(file, (std::uintmax_t{64} << 20) + 1);
+    EXPECT_EQ(upload(file), 0);
+    EXPECT_EQ(narrow(client.GetLstMsg().reason), "Picture too large: " + utf8(file));
+    EXPECT_EQ(requestCount(), 0U);
+}
+
 TEST_F(IconTest, ComesDownIntoTheTemporaryFolder)
 {
     server.reply(200, "image/png", kPicture);
