@@ -46,6 +46,7 @@ stringex::CStringT fileNameOf(const stringex::CStringT& path)
 
 FileResult readFile(const stringex::CStringT& path, std::size_t most, std::string& bytes)
 {
+    if (path.find(u'\0') != path.npos) return FileResult::failed;
     // Not blocking, so that a pipe of that name cannot hold the caller.
     Descriptor file(::open(stringex::ToUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
@@ -59,8 +60,10 @@ FileResult readFile(const stringex::CStringT& path, std::size_t most, std::strin
 
 FileResult replaceFile(const stringex::CStringT& path, std::string_view bytes)
 {
+    if (path.find(u'\0') != path.npos) return FileResult::failed;
+    // A name of its own, so that the file's may be as long as the system allows.
     const std::string target = stringex::ToUtf8(path);
-    std::string passing = target + ".XXXXXX";
+    std::string passing = target.substr(0, target.rfind('/') + 1) + ".pvwapi-XXXXXX";
     Descriptor file(::mkostemp(passing.data(), O_CLOEXEC));
     if (!file) return FileResult::failed;
 

@@ -49,7 +49,9 @@ std::optional<CStringT> applicationDataFolder()
 std::optional<CStringT> temporaryFolder()
 {
     const auto named = environment("TMPDIR");
-    return asFolder(named.empty() ? "/tmp" : named);
+    const std::string path(named.empty() ? "/tmp" : named);
+    if (!isFolder(path)) return std::nullopt;
+    return asFolder(path);
 }
 
 bool createFolders(const CStringT& folder)

@@ -122,6 +122,36 @@ TEST_F(IconTest, IsNotSentWhenItCannotBeRead)
     EXPECT_EQ(requestCount(), 0U);
 }
 
+TEST_F(IconTest, IsRefusedByAServiceThatTakesNoneSoLarge)
+{
+    server.reply(413, "text/xml",
+                 "<kznapi><response><result>FAILURE</result><reason>too large</reason></response></kznapi>");
+    EXPECT_EQ(upload(write("a.png", std::string(1 << 20, 'x'))), 0);
+    EXPECT_EQ(narrow(client.GetLstMsg().reason), "too large");
+    EXPECT_EQ(client.getNetworkError(), 0);
+}
+
+TEST_F(IconTest, OfABareNameIsNamedByIt)
+{
+    write("bare.png", kPicture);
+    const fs::path before = fs::current_path();
+    fs::current_path(folder);
+    reply(resultReply("SUCCESS"));
+    EXPECT_EQ(upload("bare.png"), 1);
+    fs::current_path(before);
+    const std::string body = server.requests().back().body;
+    EXPECT_NE(body.find(field("name", "bare.png")), std::string::npos);
+    EXPECT_NE(body.find("filename=\"bare.png\""), std::string::npos);
+}
+
+TEST_F(IconTest, OfANameWithAZeroIsNotRead)
+{
+    write("a.png", kPicture);
+    const CStringT file = wide(utf8(folder / "a.png")) + CStringT(1, 0) + "x"_w;
+    EXPECT_EQ(client.SetSpaceIcon("c"_w, "w"_w, file, url), 0);
+    EXPECT_EQ(requestCount(), 0U);
+}
+
 TEST_F(IconTest, GoesUpEmptyAndTheServiceDecides)
 {
     reply(resultReply("FAILURE"));
@@ -176,6 +206,14 @@ TEST_F(IconTest, ComesDownIntoTheTemporaryFolder)
     EXPECT_EQ(utf8(file.filename()), name);
     EXPECT_EQ(bytesOf(file), kPicture);
     fs::remove(file);
+}
+
+TEST_F(IconTest, MayHaveANameAsLongAsTheSystemAllows)
+{
+    const std::string name = std::string(240, 'n') + std::to_string(server.port());
+    server.reply(200, "image/png", kPicture);
+    ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + name), path), 1);
+    EXPECT_TRUE(fs::remove(narrow(path)));
 }
 
 TEST_F(IconTest, ReplacesTheFileOfThatName)
