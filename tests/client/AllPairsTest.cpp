@@ -95,8 +95,8 @@ private:
     CWapiClient client_{server_.url("/kznconnect/op.do")};
 };
 
-/// What an output holds that neither stood in `kept`, which the operation leaves when a success says nothing at all, nor
-/// came with the reply.
+/// What an output holds that neither stood in `kept`, which is what the operation leaves when a success says nothing at
+/// all, nor came with the reply.
 std::string strangeLines(const Outcome& outcome, const WireLines& kept, const std::string& reply)
 {
     std::string strange;
