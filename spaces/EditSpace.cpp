@@ -4,6 +4,20 @@
 
 using namespace wapi;
 
+namespace {
+
+// The name follows the description here, the other way round than in a new workspace; the description's block goes out
+// even where nothing stands in it.
+void writeDescription(FormBody& body, const std::vector<CWapiClient::WKSP_Field_Value>& fields)
+{
+    body.more("<ext><KZN><description>");
+    for (const auto& [field, value] : fields)
+        if (field == kDescriptionField) body.more("<text>", Cdata{value}, "</text>");
+    body.more("</description></KZN></ext>");
+}
+
+}  // namespace
+
 int CWapiClient::editExtWksp(const CStringT& cred, const CStringT& workspaceID, const CStringT& name, int changeName,
                              std::vector<WKSP_Field_Value>& fields)
 {
@@ -11,13 +25,10 @@ int CWapiClient::editExtWksp(const CStringT& cred, const CStringT& workspaceID, 
         if (workspaceID.empty()) return 0;
         if (changeName == 0 && fields.empty()) return 0;
 
-        // The name follows the description here, the other way round than in a new workspace.
         FormBody body;
         body.encoded("cmd=", "set").encoded("&cred=", cred).encoded("&type=", "workspace").encoded("&id=", workspaceID);
-        body.encoded("&xml=", "<workspace><ext><KZN><description>");
-        for (const auto& [field, value] : fields)
-            if (field == kDescriptionField) body.more("<text>", Cdata{value}, "</text>");
-        body.more("</description></KZN></ext>");
+        body.encoded("&xml=", "<workspace>");
+        writeDescription(body, fields);
         if (changeName != 0) body.more("<workspaceName>", name, "</workspaceName>");
         body.more("</workspace>");
 

@@ -27,7 +27,8 @@ CStringView pathOf(CStringView address)
 bool isSpecial(CharT unit) noexcept
 {
     constexpr std::string_view kSpecial = "\\/:*?\"<>|";
-    return unit < 0x20 || unit == 0x7F || (unit < 0x80 && kSpecial.find(static_cast<char>(unit)) != kSpecial.npos);
+    return unit < 0x20 || unit == 0x7F ||
+           (unit < 0x80 && kSpecial.find(static_cast<char>(unit)) != std::string_view::npos);
 }
 
 // A device's name names the device even with an extension behind it.

@@ -46,7 +46,7 @@ stringex::CStringT fileNameOf(const stringex::CStringT& path)
 
 FileResult readFile(const stringex::CStringT& path, std::size_t most, std::string& bytes)
 {
-    if (path.find(u'\0') != path.npos) return FileResult::failed;
+    if (path.find(u'\0') != stringex::CStringT::npos) return FileResult::failed;
     // Not blocking, so that a pipe of that name cannot hold the caller.
     Descriptor file(::open(stringex::ToUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
@@ -60,7 +60,7 @@ FileResult readFile(const stringex::CStringT& path, std::size_t most, std::strin
 
 FileResult replaceFile(const stringex::CStringT& path, std::string_view bytes)
 {
-    if (path.find(u'\0') != path.npos) return FileResult::failed;
+    if (path.find(u'\0') != stringex::CStringT::npos) return FileResult::failed;
     // A name of its own, so that the file's may be as long as the system allows.
     const std::string target = stringex::ToUtf8(path);
     std::string passing = target.substr(0, target.rfind('/') + 1) + ".pvwapi-XXXXXX";

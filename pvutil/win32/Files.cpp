@@ -63,7 +63,7 @@ stringex::CStringT fileNameOf(const stringex::CStringT& path)
 
 FileResult readFile(const stringex::CStringT& path, std::size_t most, std::string& bytes)
 {
-    if (path.find(L'\0') != path.npos) return FileResult::failed;
+    if (path.find(L'\0') != stringex::CStringT::npos) return FileResult::failed;
     constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, kShared, nullptr, OPEN_EXISTING,
                                 FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
@@ -78,7 +78,7 @@ FileResult readFile(const stringex::CStringT& path, std::size_t most, std::strin
 
 FileResult replaceFile(const stringex::CStringT& path, std::string_view bytes)
 {
-    if (path.find(L'\0') != path.npos) return FileResult::failed;
+    if (path.find(L'\0') != stringex::CStringT::npos) return FileResult::failed;
     // A name of its own, so that the file's may be as long as the system allows.
     const auto own = std::to_wstring(GetCurrentThreadId()) + L"-" + std::to_wstring(GetTickCount());
     const stringex::CStringT passing = path.substr(0, path.find_last_of(L"/\\") + 1) + L"pvwapi-" + own;

@@ -56,7 +56,7 @@ std::string makeSpace(Context& context, const NewSpace& space)
 std::string makeTab(Context& context, const std::string& workspaceID, const std::string& name, long long type,
                     long long order)
 {
-    const std::string tabID = tabIDFor(type);
+    std::string tabID = tabIDFor(type);
     const std::vector<store::Tab> tabs = store::tabsOf(context.database, workspaceID);
     if (tabs.size() >= kMaxTabs) {
         throw Refusal(exceptionid::kLimitExceeded, "a workspace has at most " + std::to_string(kMaxTabs) + " tabs");

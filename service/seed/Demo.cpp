@@ -113,7 +113,7 @@ std::string addSpace(Context& context, const std::string& name, const std::strin
     space.name = name;
     space.chatRoomName = "Group Discussion";
     space.description = {description};
-    const std::string workspaceID = rules::makeSpace(context, space);
+    std::string workspaceID = rules::makeSpace(context, space);
     rules::makeTab(context, workspaceID, "Discussions", rules::kDiscussionTab, 1);
     rules::makeTab(context, workspaceID, "Files", rules::kFilesTab, 2);
     return workspaceID;

@@ -1,5 +1,7 @@
 #include "service/xml/Node.h"
 
+#include <algorithm>
+
 namespace service::xml {
 
 namespace {
@@ -16,12 +18,11 @@ bool walk(const Node& node, std::string_view path, const Visit& visit)
 {
     const std::size_t slash = path.find('/');
     const std::string_view step = path.substr(0, slash);
-    for (const Node& child : node.children) {
-        if (child.name != step) continue;
-        const bool last = slash == std::string_view::npos;
-        if (!(last ? visit(child) : walk(child, path.substr(slash + 1), visit))) return false;
-    }
-    return true;
+    const bool last = slash == std::string_view::npos;
+    return std::ranges::all_of(node.children, [&](const Node& child) {
+        if (child.name != step) return true;
+        return last ? visit(child) : walk(child, path.substr(slash + 1), visit);
+    });
 }
 
 }  // namespace
