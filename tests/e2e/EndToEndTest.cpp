@@ -1,5 +1,5 @@
 // The library and the stand-in service, end to end. TEST_SERVICE_URL is the operation endpoint of a service that was
-// started for this program: the demo organisation, and sessions that live for two seconds without use.
+// started for this program: the demo organisation, and sessions that live for six seconds without use.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-constexpr auto kSession = 2000ms;
+constexpr auto kSession = 6000ms;
 
 CStringT serviceUrl()
 {
@@ -244,5 +244,5 @@ TEST_F(EndToEndTest, PassesCommandsOfTheHostsOwn)
     CStringT reply;
     const CStringT command = "cmd=get&type=sessionInfo&id=sessioninfo&select=sessionInfo"_w;
     EXPECT_EQ(client.WapiProxyCall(cred, command, CWapiClient::METHOD_POST, serviceUrl(), {}, 1, reply), 1);
-    EXPECT_THAT(narrow(reply), HasSubstr("<sessionDuration>2000</sessionDuration>"));
+    EXPECT_THAT(narrow(reply), HasSubstr("<sessionDuration>6000</sessionDuration>"));
 }

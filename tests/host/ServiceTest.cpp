@@ -73,7 +73,7 @@ TEST_F(ServiceHostTest, TokenServesInThePlaceOfThePassword)
 TEST_F(ServiceHostTest, SessionLivesBetweenCommandsUntilItIsEnded)
 {
     environment["PVWAPI_CRED"] = shown({"login"}).at("cred");
-    EXPECT_EQ(shown({"session"}).at("refreshInterval"), 1000);
+    EXPECT_EQ(shown({"session"}).at("refreshInterval"), 3000);
     EXPECT_EQ(run({"logout"}).status, 0);
     const Ended after = run({"session"});
     EXPECT_EQ(after.status, 1);
@@ -83,7 +83,7 @@ TEST_F(ServiceHostTest, SessionLivesBetweenCommandsUntilItIsEnded)
 TEST_F(ServiceHostTest, SessionThatNobodyUsesExpires)
 {
     environment["PVWAPI_CRED"] = shown({"login"}).at("cred");
-    std::this_thread::sleep_for(std::chrono::milliseconds(2500));
+    std::this_thread::sleep_for(std::chrono::milliseconds(6500));
     EXPECT_EQ(run({"session"}).status, 1);
     environment["PVWAPI_CRED"] = shown({"session", "renew"}).at("cred");
     EXPECT_EQ(run({"session"}).status, 0);
@@ -93,7 +93,7 @@ TEST_F(ServiceHostTest, ProxyShowsTheReplyOfTheService)
 {
     const Ended ended = run({"proxy", "cmd=get&type=sessionInfo&id=current"});
     EXPECT_EQ(ended.status, 0) << ended.err;
-    EXPECT_THAT(ended.out, HasSubstr("<sessionDuration>2000</sessionDuration>"));
+    EXPECT_THAT(ended.out, HasSubstr("<sessionDuration>6000</sessionDuration>"));
     const Ended refused = run({"call", "cmd=noSuchCommand"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.err, Not(HasSubstr("failed without a reason")));

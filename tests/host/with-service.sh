@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # with-service.sh SERVICE COMMAND...: runs the command while the service serves a new data file on a free port.
-# The command finds its operation URL in TEST_SERVICE_URL; sessions live for 2 seconds without use.
+# The command finds its operation URL in TEST_SERVICE_URL; sessions live for 6 seconds without use, long enough for a busy machine.
 set -euo pipefail
 
 service=$1
@@ -20,7 +20,7 @@ finish()
 }
 trap finish EXIT
 
-"$service" --data "$folder/data.db" --listen 127.0.0.1:0 --seed demo --session-duration 2000 \
+"$service" --data "$folder/data.db" --listen 127.0.0.1:0 --seed demo --session-duration 6000 \
     >"$folder/out" 2>&1 </dev/null &
 pid=$!
 for ((patience = 100; patience > 0; --patience)); do

@@ -18,10 +18,10 @@ TEST(KeepAliveExample, OutlivesTheSessionsDuration)
         {"PVWAPI_PASSWORD", "clara-demo-1"},
         {"XDG_DATA_HOME", (std::filesystem::temp_directory_path() / "pvwapi-host-service-test").string()},
     };
-    // Three refreshes, one a second, in sessions of two seconds.
+    // Three refreshes, one every three seconds, in sessions of six.
     const Ended ended = runProgram(PVWAPI_EXAMPLE_KEEPALIVE, {"3"}, environment);
     EXPECT_EQ(ended.status, 0) << ended.err;
-    EXPECT_EQ(ended.out, "refreshing every 1000 ms\n3 refreshes\nthe session is alive\n");
+    EXPECT_EQ(ended.out, "refreshing every 3000 ms\n3 refreshes\nthe session is alive\n");
 }
 
 }  // namespace
