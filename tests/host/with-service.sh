@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # with-service.sh SERVICE COMMAND...: runs the command while the service serves a new data file on a free port.
-# The command finds its operation URL in TEST_SERVICE_URL; sessions live for 6 seconds without use, long enough for a busy machine.
+# The command finds its operation URL in TEST_SERVICE_URL; sessions live for 6 seconds without use, long enough for a
+# busy machine.
 set -euo pipefail
 
 service=$1
