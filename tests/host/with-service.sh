@@ -21,6 +21,7 @@ finish()
 }
 trap finish EXIT
 
+: >"$folder/out" # the service opens it in its own time
 "$service" --data "$folder/data.db" --listen 127.0.0.1:0 --seed demo --session-duration 6000 \
     >"$folder/out" 2>&1 </dev/null &
 pid=$!

@@ -15,6 +15,7 @@ trap 'exit 1' HUP INT TERM
 openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 -subj /CN=localhost \
     -addext 'subjectAltName=DNS:localhost,IP:127.0.0.1' -keyout "$folder/key.pem" -out "$folder/cert.pem" 2>/dev/null
 printf 'HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nContent-Length: 9\r\n\r\n<kznapi/>' >"$folder/page"
+: >"$folder/log" # the server opens it in its own time
 (cd "$folder" && exec openssl s_server -accept 127.0.0.1:0 -key key.pem -cert cert.pem -HTTP >log 2>&1 </dev/null) &
 server=$!
 
