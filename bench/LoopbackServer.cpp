@@ -14,7 +14,9 @@
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/string_body.hpp>
 
+#include <cstdint>
 #include <cstdlib>
+#include <limits>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -27,6 +29,9 @@ namespace http = boost::beast::http;
 using boost::asio::ip::tcp;
 using boost::system::error_code;
 
+// What is read at once: the buffer gives no more than it has room for.
+constexpr std::size_t kPiece = 65536;
+
 std::string replyBytes(std::string_view xml)
 {
     return "HTTP/1.1 200 OK\r\nContent-Type: text/xml; charset=utf-8\r\nContent-Length: " + std::to_string(xml.size()) +
@@ -38,8 +43,10 @@ void serve(tcp::socket socket, const std::string& reply)
     error_code error;
     socket.set_option(tcp::no_delay(true), error);
     boost::beast::flat_buffer buffer;
+    buffer.reserve(kPiece);
     while (!error) {
         http::request_parser<http::string_body> request;
+        request.body_limit(std::numeric_limits<std::uint64_t>::max());
         http::read(socket, buffer, request, error);
         if (!error) boost::asio::write(socket, boost::asio::buffer(reply), error);
     }

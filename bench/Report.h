@@ -11,8 +11,8 @@ namespace kzn::bench {
 
 class Report {
 public:
-    /// With "--quick" among the arguments every piece of work is done a few times, and no limit counts: the numbers say
-    /// nothing then, only that the program runs.
+    /// With "--quick" among the arguments every piece of work is done a few times, and no limit on time counts: those
+    /// numbers say nothing then. Memory and counts are judged always; nothing else on the machine moves them.
     Report(int argc, char** argv);
 
     bool quick() const noexcept { return quick_; }
@@ -26,7 +26,7 @@ public:
     /// A ratio that may differ from 1 by `share` at most.
     void near(std::string_view name, const Ratio& measured, double share);
 
-    /// A count that may be `limit` at most, with the unit it is told in.
+    /// A count or a share of memory that may be `limit` at most, with the unit it is told in.
     void atMost(std::string_view name, double measured, double limit, std::string_view unit);
 
     /// A count that must be this one.
@@ -43,7 +43,8 @@ public:
     int status() const noexcept { return failed_ ? 1 : 0; }
 
 private:
-    void judge(std::string_view name, const std::string& measured, const std::string& limit, bool held);
+    void judge(std::string_view name, const std::string& measured, const std::string& limit, bool held,
+               bool counts = true);
 
     bool quick_ = false;
     bool failed_ = false;

@@ -47,6 +47,8 @@ try {
 bool HttpExchange::receive(std::string_view bytes) noexcept
 try {
     if (bytes.size() > limits.replyBytes - reply.size()) return false;
+    // Once it has come this far the claim is believed: growing step by step would take half as much again.
+    if (bytes.size() > reply.capacity() - reply.size() && expected_ > reply.capacity()) reply.reserve(expected_);
     reply += bytes;
     return status / 100 != 2 || report(onReceived, reply.size(), expected_);
 } catch (...) {
