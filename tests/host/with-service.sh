@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # with-service.sh SERVICE COMMAND...: runs the command while the service serves a new data file on a free port.
 # The command finds its operation URL in TEST_SERVICE_URL; sessions live for 6 seconds without use, long enough for a
-# busy machine.
+# busy machine; pictures have at most 1,000,000 bytes.
 set -euo pipefail
 
 service=$1
@@ -22,7 +22,7 @@ finish()
 trap finish EXIT
 
 : >"$folder/out" # the service opens it in its own time
-"$service" --data "$folder/data.db" --listen 127.0.0.1:0 --seed demo --session-duration 6000 \
+"$service" --data "$folder/data.db" --listen 127.0.0.1:0 --seed demo --session-duration 6000 --max-upload 1000000 \
     >"$folder/out" 2>&1 </dev/null &
 pid=$!
 for ((patience = 100; patience > 0; --patience)); do
