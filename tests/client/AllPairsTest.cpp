@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <regex>
 #include <sstream>
 #include <thread>
@@ -15,8 +18,9 @@
 namespace {
 
 using kzn::test::CaptureServer;
+namespace fs = std::filesystem;
 
-const std::filesystem::path kWireFolder = std::filesystem::path(PVWAPI_SOURCE_DIR) / "tests/wire";
+const fs::path kWireFolder = fs::path(PVWAPI_SOURCE_DIR) / "tests/wire";
 
 bool showsSuccess(const WireCase& wire)
 {
@@ -34,6 +38,25 @@ std::vector<WireCase> successes()
             std::ranges::any_of(found, [&](const WireCase& other) { return other.operation == wire.operation; });
         if (!known && showsSuccess(wire)) found.push_back(std::move(wire));
     }
+    return found;
+}
+
+/// What the service says to an operation when all goes well.
+struct Answer {
+    std::string operation;
+    std::string reply;
+};
+
+const std::string kPicture("\x89PNG\r\n\x1A\n\0<kznapi>", 17);
+
+/// One for each form operation, and the upload's own.
+std::vector<Answer> answers(const std::vector<WireCase>& all)
+{
+    std::vector<Answer> found;
+    for (const WireCase& wire : all) found.push_back({wire.operation, wire.reply->body});
+    found.push_back({"SetSpaceIcon",
+                     "<kznapi><response><result>SUCCESS</result></response><return><url>http://h/i?a=1&amp;b</url>"
+                     "</return><securityContext><cred>other</cred></securityContext></kznapi>"});
     return found;
 }
 
@@ -111,12 +134,12 @@ std::string strangeLines(const Outcome& outcome, const WireLines& kept, const st
 
 using Faults = std::vector<std::string>;
 
-Faults faultsOfSuccesses(Pair& pair, const WireCase& asked, const std::vector<WireCase>& all)
+Faults faultsOfSuccesses(Pair& pair, const WireCase& asked, const std::vector<Answer>& all)
 {
     Faults faults;
     const Outcome silent = pair.run(asked, "<kznapi><response><result>SUCCESS</result></response></kznapi>");
-    for (const WireCase& answered : all) {
-        const std::string good = withResult(answered.reply->body, "SUCCESS");
+    for (const Answer& answered : all) {
+        const std::string good = withResult(answered.reply, "SUCCESS");
         const Outcome outcome = pair.run(asked, good);
         const std::string strange = strangeLines(outcome, silent.after, good);
         if (outcome.result != 1 || !strange.empty()) faults.push_back(answered.operation + strange);
@@ -124,26 +147,29 @@ Faults faultsOfSuccesses(Pair& pair, const WireCase& asked, const std::vector<Wi
     return faults;
 }
 
-Faults faultsOfFailures(Pair& pair, const WireCase& asked, const std::vector<WireCase>& all)
+Faults faultsOfFailures(Pair& pair, const WireCase& asked, const std::vector<Answer>& all)
 {
     if (asked.operation == "logout" || asked.operation == "WapiProxyCall") return {};  // these hand through what came
     Faults faults;
-    for (const WireCase& answered : all) {
-        const Outcome outcome = pair.run(asked, withResult(answered.reply->body, "FAILURE"));
-        if (outcome.result != 0 || outcome.after != outcome.before) faults.push_back(answered.operation);
-    }
+    const auto expectUntouched = [&](const std::string& operation, const std::string& reply) {
+        const Outcome outcome = pair.run(asked, reply);
+        if (outcome.result != 0 || outcome.after != outcome.before) faults.push_back(operation);
+    };
+    for (const Answer& answered : all) expectUntouched(answered.operation, withResult(answered.reply, "FAILURE"));
+    expectUntouched("GetSpaceIcon", kPicture);
     return faults;
 }
 
 /// Where an exchange waits more than it works, several at once take a fraction of the time.
 void expectNoFaults(const std::vector<WireCase>& all,
-                    Faults (*faultsOf)(Pair&, const WireCase&, const std::vector<WireCase>&))
+                    Faults (*faultsOf)(Pair&, const WireCase&, const std::vector<Answer>&))
 {
+    const std::vector<Answer> replies = answers(all);
     std::vector<Faults> faults(all.size());
     std::atomic<std::size_t> next = 0;
     const auto work = [&] {
         Pair pair;
-        for (std::size_t i = next++; i < all.size(); i = next++) faults[i] = faultsOf(pair, all[i], all);
+        for (std::size_t i = next++; i < all.size(); i = next++) faults[i] = faultsOf(pair, all[i], replies);
     };
     std::vector<std::jthread> threads(8);
     for (std::jthread& thread : threads) thread = std::jthread(work);
@@ -164,4 +190,42 @@ TEST(AllPairs, AreAnsweredByTheOutcome)
 TEST(AllPairs, LeaveEveryOutputWhenTheOutcomeIsNone)
 {
     expectNoFaults(successes(), faultsOfFailures);
+}
+
+TEST(AllPairs, AreAnsweredToAnUploadOfAnIcon)
+{
+    const fs::path file = fs::temp_directory_path() / "all pairs.png";
+    std::ofstream(file, std::ios::binary) << kPicture;
+    CaptureServer server;
+    CWapiClient client(server.url("/kznconnect/op.do"));
+    const auto upload = [&](const std::string& reply, CStringT& url) {
+        server.reply(200, "text/xml; charset=utf-8", reply);
+        return client.SetSpaceIcon("c"_w, "w"_w, wide(file.string()), url);
+    };
+    CStringT url = "before"_w;
+    for (const Answer& answered : answers(successes())) {
+        SCOPED_TRACE(answered.operation);
+        EXPECT_EQ(upload(withResult(answered.reply, "FAILURE"), url = "before"_w), 0);
+        EXPECT_EQ(narrow(url), "before");
+        EXPECT_EQ(upload(withResult(answered.reply, "SUCCESS"), url), 1);
+        EXPECT_EQ(narrow(url), answered.operation == "SetSpaceIcon" ? "http://h/i?a=1&b" : "");
+    }
+    EXPECT_EQ(upload(kPicture, url = "before"_w), 0);
+    EXPECT_EQ(narrow(url), "before");
+    fs::remove(file);
+}
+
+TEST(AllPairs, AreKeptAsTheyComeWhereAnIconIsFetched)
+{
+    CaptureServer server;
+    CWapiClient client(server.url("/kznconnect/op.do"));
+    for (const Answer& answered : answers(successes())) {
+        server.reply(200, "text/xml; charset=utf-8", answered.reply);
+        CStringT path;
+        ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/all pairs"), path), 1) << answered.operation;
+        std::ifstream in(narrow(path), std::ios::binary);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), answered.reply) << answered.operation;
+        in.close();
+        fs::remove(narrow(path));
+    }
 }

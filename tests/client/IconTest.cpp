@@ -1,15 +1,12 @@
 // The picture of a workspace on its way up, as a multipart form, and down, into a file.
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 #include "pvutil/HttpClient.h"
-#include "tests/client/ClientFixture.h"
+#include "tests/client/IconFixture.h"
 #include "tests/support/TraceLines.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using IconTest = IconFixture;
 
 const std::string kBoundary = "---------------------------7d73d42312zelkor";
 const std::string kPicture = std::string("\x89PNG\r\n\0\x1a", 8) + "\r\n--" + kBoundary + "--\xff";
@@ -18,37 +15,6 @@ std::string field(const std::string& name, const std::string& value)
 {
     return "--" + kBoundary + "\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n\r\n" + value + "\r\n";
 }
-
-std::string bytesOf(const fs::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-std::string utf8(const fs::path& path)
-{
-    const auto text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
-class IconTest : public ClientFixture {
-protected:
-    IconTest() { fs::create_directories(folder); }
-    ~IconTest() override { fs::remove_all(folder); }
-
-    fs::path write(const std::string& name, const std::string& bytes) const
-    {
-        const fs::path file = folder / name;
-        std::ofstream(file, std::ios::binary) << bytes;
-        return file;
-    }
-
-    int upload(const fs::path& file) { return client.SetSpaceIcon("c&1"_w, "w é"_w, wide(utf8(file)), url); }
-
-    fs::path folder = fs::temp_directory_path() / ("icon-test-" + std::to_string(server.port()));
-    CStringT url = "before"_w;
-    CStringT path = "before"_w;
-};
 
 }  // namespace
 
@@ -88,6 +54,63 @@ TEST_F(IconTest, TracesTheReplyAndNotTheBody)
                                         "9 Debug: <<<<---- Leave CWapiClient::SetSpaceIcon"}));
 }
 
+TEST_F(IconTest, TracesNothingOfItsOwnOnItsWayDown)
+{
+    const std::string name = "traced-" + std::to_string(server.port());
+    TraceLines lines;
+    ASSERT_EQ(download(name), 1);
+    EXPECT_EQ(lines.all(), (std::vector<std::string>{"9 Debug: ---->>>> Enter CWapiClient::GetSpaceIcon",
+                                                     "9 Debug: <<<<---- Leave CWapiClient::GetSpaceIcon"}));
+    fs::remove(narrow(path));
+}
+
+TEST_F(IconTest, ClearsTheLastMessageWhenItGoesWell)
+{
+    const fs::path file = write("a.png", kPicture);
+    const std::string refusal =
+        "<kznapi><response><result>FAILURE</result><reason>no</reason><exceptionID>E1</exceptionID></response>"
+        "</kznapi>";
+    const auto fail = [&] {
+        reply(refusal);
+        EXPECT_EQ(upload(file), 0);
+        EXPECT_EQ(reason(), "no");
+    };
+    const auto expectCleared = [&] {
+        EXPECT_EQ(reason(), "");
+        EXPECT_EQ(narrow(client.GetLstMsg().exceptionID), "");
+        EXPECT_EQ(narrow(client.GetLstMsg().response), "");
+        EXPECT_EQ(client.getNetworkError(), 0);
+    };
+    fail();
+    reply(resultReply("SUCCESS"));
+    ASSERT_EQ(upload(file), 1);
+    expectCleared();
+
+    fail();
+    ASSERT_EQ(download("cleared-" + std::to_string(server.port())), 1);
+    expectCleared();
+    fs::remove(narrow(path));
+}
+
+TEST_F(IconTest, FindsTheNetworkAgain)
+{
+    const fs::path file = write("a.png", kPicture);
+    const auto loseIt = [&] {
+        server.script(kzn::test::Script().send("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf").close());
+        EXPECT_EQ(upload(file), 0);
+        EXPECT_EQ(client.getNetworkError(), 1);
+    };
+    loseIt();
+    reply(resultReply("SUCCESS"));
+    EXPECT_EQ(upload(file), 1);
+    EXPECT_EQ(client.getNetworkError(), 0);
+
+    loseIt();
+    EXPECT_EQ(download("again-" + std::to_string(server.port())), 1);
+    EXPECT_EQ(client.getNetworkError(), 0);
+    fs::remove(narrow(path));
+}
+
 TEST_F(IconTest, KeepsTheRefusalOfTheService)
 {
     const std::string answer =
@@ -117,7 +140,7 @@ TEST_F(IconTest, IsNotSentWhenItCannotBeRead)
 {
     for (const fs::path& file : {folder / "missing.png", folder}) {
         EXPECT_EQ(upload(file), 0) << file;
-        EXPECT_NE(narrow(client.GetLstMsg().reason).find(utf8(file)), std::string::npos) << file;
+        EXPECT_NE(reason().find(utf8(file)), std::string::npos) << file;
     }
     EXPECT_EQ(requestCount(), 0U);
 }
@@ -127,7 +150,7 @@ TEST_F(IconTest, IsRefusedByAServiceThatTakesNoneSoLarge)
     server.reply(413, "text/xml",
                  "<kznapi><response><result>FAILURE</result><reason>too large</reason></response></kznapi>");
     EXPECT_EQ(upload(write("a.png", std::string(1 << 20, 'x'))), 0);
-    EXPECT_EQ(narrow(client.GetLstMsg().reason), "too large");
+    EXPECT_EQ(reason(), "too large");
     EXPECT_EQ(client.getNetworkError(), 0);
 }
 
@@ -181,9 +204,18 @@ TEST_F(IconTest, SaysThatTheConnectionBrokeOnItsWayUp)
     });
     EXPECT_EQ(upload(write("a.png", std::string(16 << 20, 'x'))), 0);
     EXPECT_EQ(narrow(url), "before");
-    EXPECT_EQ(narrow(client.GetLstMsg().reason),
-              "Network error. Unable to connect to " + server.address("/kznconnect/upload.do?"));
+    EXPECT_EQ(reason(), "Network error. Unable to connect to " + server.address("/kznconnect/upload.do?"));
     EXPECT_EQ(requestCount(), 0U);
+}
+
+TEST_F(IconTest, OfSixtyFourMebibytesIsSent)
+{
+    const fs::path file = write("largest.png", "");
+    fs::resize_file(file, std::uintmax_t{64} << 20);
+    reply(resultReply("SUCCESS"));
+    EXPECT_EQ(upload(file), 1);
+    ASSERT_EQ(requestCount(), 1U);
+    EXPECT_GT(lastBody().size(), std::size_t{64} << 20);
 }
 
 TEST_F(IconTest, LargerThanSixtyFourMebibytesIsNotSent)
@@ -191,7 +223,7 @@ TEST_F(IconTest, LargerThanSixtyFourMebibytesIsNotSent)
     const fs::path file = write("large.png", "");
     fs::resize_file(file, (std::uintmax_t{64} << 20) + 1);
     EXPECT_EQ(upload(file), 0);
-    EXPECT_EQ(narrow(client.GetLstMsg().reason), "Picture too large: " + utf8(file));
+    EXPECT_EQ(reason(), "Picture too large: " + utf8(file));
     EXPECT_EQ(requestCount(), 0U);
 }
 
@@ -211,8 +243,7 @@ TEST_F(IconTest, ComesDownIntoTheTemporaryFolder)
 TEST_F(IconTest, MayHaveANameAsLongAsTheSystemAllows)
 {
     const std::string name = std::string(240, 'n') + std::to_string(server.port());
-    server.reply(200, "image/png", kPicture);
-    ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + name), path), 1);
+    ASSERT_EQ(download(name), 1);
     EXPECT_TRUE(fs::remove(narrow(path)));
 }
 
@@ -220,8 +251,7 @@ TEST_F(IconTest, ReplacesTheFileOfThatName)
 {
     const std::string name = "again-" + std::to_string(server.port());
     for (const std::string bytes : {"first and longer", "second"}) {
-        server.reply(200, "image/png", bytes);
-        ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + name), path), 1);
+        ASSERT_EQ(download(name, bytes), 1);
         EXPECT_EQ(bytesOf(narrow(path)), bytes);
     }
     fs::remove(narrow(path));
@@ -233,10 +263,18 @@ TEST_F(IconTest, IsNoIconWhereTheServiceHasNone)
         server.reply(status, "text/plain", status == 204 ? "" : "sorry");
         EXPECT_EQ(client.GetSpaceIcon("c"_w, server.url("/x.png"), path), 0) << status;
         EXPECT_EQ(narrow(path), "before");
-        EXPECT_EQ(narrow(client.GetLstMsg().reason),
-                  "Network error. Unable to connect to " + server.address("/x.png") + "?cred=c");
+        EXPECT_EQ(reason(), "Network error. Unable to connect to " + server.address("/x.png") + "?cred=c");
         EXPECT_EQ(client.getNetworkError(), 0) << status;
     }
+}
+
+TEST_F(IconTest, SaysWhereItCouldNotComeFrom)
+{
+    const std::string address = "http://127.0.0.1:" + std::to_string(kzn::test::CaptureServer::closedPort()) + "/a.png";
+    EXPECT_EQ(client.GetSpaceIcon("c"_w, wide(address), path), 0);
+    EXPECT_EQ(narrow(path), "before");
+    EXPECT_EQ(reason(), "Network error. Unable to connect to " + address + "?cred=c");
+    EXPECT_EQ(client.getNetworkError(), 1);
 }
 
 TEST_F(IconTest, LeavesNothingBehindWhenItIsCutOff)
@@ -245,6 +283,7 @@ TEST_F(IconTest, LeavesNothingBehindWhenItIsCutOff)
     server.script(kzn::test::Script().send("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf").close());
     EXPECT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + name), path), 0);
     EXPECT_EQ(narrow(path), "before");
+    EXPECT_EQ(reason(), "Network error. Unable to connect to " + server.address("/" + name) + "?cred=c");
     EXPECT_EQ(client.getNetworkError(), 1);
     for (const auto& entry : fs::directory_iterator(fs::temp_directory_path()))
         EXPECT_EQ(utf8(entry.path().filename()).find(name), std::string::npos) << entry.path();
@@ -255,9 +294,8 @@ TEST_F(IconTest, SaysWhichFileCouldNotBeWritten)
     // A folder of that name is in the way.
     const fs::path taken = fs::temp_directory_path() / ("taken-" + std::to_string(server.port()));
     fs::create_directories(taken / "full");
-    server.reply(200, "image/png", kPicture);
-    EXPECT_EQ(client.GetSpaceIcon("c"_w, server.url("/" + utf8(taken.filename())), path), 0);
+    EXPECT_EQ(download(utf8(taken.filename())), 0);
     EXPECT_EQ(narrow(path), "before");
-    EXPECT_NE(narrow(client.GetLstMsg().reason).find(utf8(taken.filename())), std::string::npos);
+    EXPECT_NE(reason().find(utf8(taken.filename())), std::string::npos);
     fs::remove_all(taken);
 }

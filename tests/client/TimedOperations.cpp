@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "tests/support/Text.h"
 
 namespace {
@@ -27,6 +30,15 @@ int editExtWksp(CWapiClient& client, const CStringT& workspaceID)
 {
     Fields fields;
     return client.editExtWksp({}, workspaceID, {}, 1, fields);
+}
+
+void sendPicture(CWapiClient& client)
+{
+    const auto file = std::filesystem::temp_directory_path() / "timed picture.png";
+    std::ofstream(file) << "picture";
+    CStringT url;
+    EXPECT_EQ(client.SetSpaceIcon({}, {}, wide(file.string()), url), 1);
+    std::filesystem::remove(file);
 }
 
 TimedOperations sessionOperations()
@@ -115,6 +127,7 @@ TimedOperations tabOperations()
              std::vector<CZelTab> tabs(1);
              EXPECT_EQ(c.editTabOrder({}, {}, tabs), 1);
          }},
+        {"SetSpaceIcon", true, sendPicture},
         {"SetSpaceIconRefused", true,
          [](CWapiClient& c) {
              CStringT url;

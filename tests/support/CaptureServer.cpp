@@ -83,6 +83,7 @@ public:
     {
         error_code ignored;
         socket_.set_option(tcp::no_delay(true), ignored);
+        buffer_.reserve(65536);  // what is read at once: without it a large body comes in pieces of 512 bytes
     }
 
     void read()
