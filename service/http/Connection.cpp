@@ -19,6 +19,7 @@ namespace {
 
 constexpr std::size_t kDrainBytes = 80UL * 1024 * 1024;
 constexpr std::size_t kDrainPiece = 64UL * 1024;
+constexpr std::size_t kReadPiece = 64UL * 1024;  // an upload would come in pieces of 512 bytes otherwise
 constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
 
 std::string textOf(boost::beast::string_view view)
@@ -58,6 +59,7 @@ void Connection::start()
     Error ignored;
     // A reply is one write; holding it back for an acknowledgement would only delay it.
     stream_.socket().set_option(boost::asio::ip::tcp::no_delay(true), ignored);
+    buffer_.reserve(kReadPiece);
     readHeader();
 }
 
