@@ -41,6 +41,9 @@ void deleteInvitation(Context& context, const xml::Node& invitation)
     if (invitation.textAt("ownerID") != context.session.userID) {
         rules::requireAdministrator(context, invitation.textAt("workspaceID"));
     }
+    if (invitation.textAt("status") == store::invitationstatus::kAccepted) {
+        throw Refusal(exceptionid::kConflict, "the invitation was accepted: it cannot be withdrawn any more");
+    }
     store::deleteInvitation(context.database, invitation.textAt("spaceInviteID"));
 }
 

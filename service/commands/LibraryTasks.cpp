@@ -1,3 +1,5 @@
+#include <initializer_list>
+
 #include "service/base/Text.h"
 #include "service/commands/Fields.h"
 #include "service/commands/Handlers.h"
@@ -21,7 +23,7 @@ std::vector<store::Library> wantedLibraries(const Context& context, const xml::N
     return libraries;
 }
 
-// The misspelt names are the protocol's own.
+// The misspelt name is the protocol's own.
 void addTemplates(const Context& context, const store::Library& from, xml::Node& library)
 {
     for (const store::Template& item : store::templatesOf(context.database, from.libraryID)) {
@@ -65,9 +67,13 @@ void addTopLevelApps(const Context& context, const store::Library& from, xml::No
     }
 }
 
-}  // namespace
+struct Content {
+    std::string_view wanted;  // the field that asks for it
+    void (*add)(const Context& context, const store::Library& from, xml::Node& library);
+};
 
-void getUserLibraries(Context& context, const xml::Node& xml, Reply& reply)
+void answerLibraries(const Context& context, const xml::Node& xml, std::string_view typeElement,
+                     std::initializer_list<Content> contents, Reply& reply)
 {
     expectElement(xml, "library");
     xml::Node& libraries = reply.payload.add("libraries");
@@ -75,24 +81,25 @@ void getUserLibraries(Context& context, const xml::Node& xml, Reply& reply)
         xml::Node& library = libraries.add("library");
         library.add("libraryName", item.name);
         library.add("libraryID", item.libraryID);
-        library.add("librayType", std::to_string(item.type));
-        if (truthField(xml, "with/template")) addTemplates(context, item, library);
-        if (truthField(xml, "with/widget")) addWidgets(context, item, library);
+        library.add(typeElement, std::to_string(item.type));
+        for (const Content& content : contents) {
+            if (truthField(xml, content.wanted)) content.add(context, item, library);
+        }
     }
+}
+
+}  // namespace
+
+// The protocol spells the library's type in two ways.
+void getUserLibraries(Context& context, const xml::Node& xml, Reply& reply)
+{
+    answerLibraries(context, xml, "librayType", {{"with/template", addTemplates}, {"with/widget", addWidgets}}, reply);
 }
 
 void getUserLibrariesWithApps(Context& context, const xml::Node& xml, Reply& reply)
 {
-    expectElement(xml, "library");
-    xml::Node& libraries = reply.payload.add("libraries");
-    for (const store::Library& item : wantedLibraries(context, xml)) {
-        xml::Node& library = libraries.add("library");
-        library.add("libraryName", item.name);
-        library.add("libraryID", item.libraryID);
-        library.add("libraryType", std::to_string(item.type));
-        if (truthField(xml, "with/widget")) addWidgets(context, item, library);
-        if (truthField(xml, "with/topLevelApp")) addTopLevelApps(context, item, library);
-    }
+    answerLibraries(context, xml, "libraryType", {{"with/widget", addWidgets}, {"with/topLevelApp", addTopLevelApps}},
+                    reply);
 }
 
 }  // namespace service::commands

@@ -1,11 +1,10 @@
 #include "service/base/Refusal.h"
-#include "service/base/Secret.h"
 #include "service/base/Text.h"
 #include "service/commands/Fields.h"
 #include "service/commands/Handlers.h"
+#include "service/rules/Invitations.h"
 #include "service/rules/Roles.h"
 #include "service/rules/Spaces.h"
-#include "service/store/Invitations.h"
 #include "service/store/Members.h"
 #include "service/store/Users.h"
 
@@ -13,7 +12,6 @@ namespace service::commands {
 
 namespace {
 
-constexpr long long kInvitationLife = 30LL * 24 * 60 * 60 * 1000;
 constexpr std::size_t kMaxInvitations = 1000;
 constexpr const char* kByMail = "EMAIL";
 constexpr long long kInviteUser = 1;     // somebody whom the service knows
@@ -29,20 +27,12 @@ std::string roleToInviteAs(const xml::Node& invite)
 
 store::Invitation invitationOf(const Context& context, const xml::Node& invite)
 {
-    store::Invitation invitation;
-    invitation.invitationID = newID("invt");
-    invitation.workspaceID = requiredID(invite, "workspaceID");
-    invitation.descriptor = requiredID(invite, "user");
-    invitation.status = store::invitationstatus::kPending;
+    const std::string workspaceID = requiredID(invite, "workspaceID");
+    store::Invitation invitation = rules::newInvitation(context, workspaceID, requiredID(invite, "user"));
     invitation.inviteAs = roleToInviteAs(invite);
     invitation.method = invite.textAt("inviteMethod");
     invitation.providerID = invite.textAt("isproviderID");
     invitation.message = invite.textAt("userDefinedMessage");
-    invitation.ownerID = context.session.userID;
-    invitation.created = context.now;
-    invitation.modified = context.now;
-    invitation.statusChanged = context.now;
-    invitation.expires = context.now + kInvitationLife;
     return invitation;
 }
 
@@ -62,7 +52,8 @@ void findInvitee(const Context& context, store::Invitation& invitation)
     }
 }
 
-// The state of one invitation in the answer: open from now on, or why there was no need for it.
+// The state of one invitation in the answer: open from now on, or why there was no need for it. What became of an
+// earlier one is forgotten then.
 std::string inviteOne(Context& context, store::Invitation& invitation)
 {
     rules::requireAdministrator(context, invitation.workspaceID);
@@ -76,6 +67,7 @@ std::string inviteOne(Context& context, store::Invitation& invitation)
             open.descriptor == invitation.descriptor || (!open.userID.empty() && open.userID == invitation.userID);
         if (open.workspaceID == invitation.workspaceID && sameInvitee) return "alreadyInvited";
     }
+    store::deleteInvitationsOf(context.database, invitation.workspaceID, invitation.descriptor, invitation.userID);
     store::insertInvitation(context.database, invitation);
     return invitation.status;
 }

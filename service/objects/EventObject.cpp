@@ -16,6 +16,7 @@ std::vector<xml::Node> listEvents(const Context& context, const script::Selectio
         event.add("eventName", item.name);
         event.add("eventDisplayName", item.displayName);
         event.add("workspaceID", item.workspaceID);
+        event.add("workspaceName", item.workspaceName);
         event.add("eventMessage", item.message);
         event.add("mySpecificTag", item.tag);
         event.add("userID", item.senderID);
@@ -27,10 +28,7 @@ std::vector<xml::Node> listEvents(const Context& context, const script::Selectio
 
 std::optional<xml::Node> findEvent(const Context& context, const std::string& id, const script::Selection& wanted)
 {
-    for (xml::Node& node : listEvents(context, wanted)) {
-        if (node.textAt("eventID") == id) return std::move(node);
-    }
-    return std::nullopt;
+    return nodeWithID(listEvents(context, wanted), "eventID", id);
 }
 
 }  // namespace

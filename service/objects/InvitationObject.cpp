@@ -43,12 +43,14 @@ std::vector<xml::Node> listInvitations(const Context& context, const script::Sel
     return nodes;
 }
 
-std::optional<xml::Node> findInvitation(const Context& context, const std::string& id, const script::Selection& wanted)
+// Asked for by its ID, an invitation tells what became of it.
+std::optional<xml::Node> findInvitation(const Context& context, const std::string& id,
+                                        const script::Selection& /*wanted*/)
 {
-    for (xml::Node& node : listInvitations(context, wanted)) {
-        if (node.textAt("spaceInviteID") == id) return std::move(node);
-    }
-    return std::nullopt;
+    const std::optional<store::Invitation> item =
+        store::findInvitation(context.database, id, context.session.userID, context.now);
+    if (!item) return std::nullopt;
+    return invitationNode(*item);
 }
 
 }  // namespace

@@ -18,6 +18,14 @@ const ObjectType& objectType(std::string_view name)
     throw Refusal(exceptionid::kUnknownType, "unknown object type " + quoted(name));
 }
 
+std::optional<xml::Node> nodeWithID(std::vector<xml::Node> nodes, std::string_view element, const std::string& id)
+{
+    for (xml::Node& node : nodes) {
+        if (node.textAt(element) == id) return std::move(node);
+    }
+    return std::nullopt;
+}
+
 std::string currentOr(const std::string& id, const std::string& own)
 {
     return id == "current" ? own : id;

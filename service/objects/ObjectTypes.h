@@ -34,6 +34,9 @@ ObjectType sessionInfoType();
 ObjectType thingType();
 ObjectType eventType();
 
+// The one of the nodes whose ID stands in this element.
+std::optional<xml::Node> nodeWithID(std::vector<xml::Node> nodes, std::string_view element, const std::string& id);
+
 // `id`, or the caller's own where it says "current".
 std::string currentOr(const std::string& id, const std::string& own);
 

@@ -1,6 +1,6 @@
 #include "service/base/Text.h"
 #include "service/objects/ObjectTypes.h"
-#include "service/rules/Roles.h"
+#include "service/objects/RoleList.h"
 #include "service/store/Database.h"
 #include "service/store/Members.h"
 #include "service/store/Organisations.h"
@@ -17,12 +17,7 @@ void addWorkspaces(const Context& context, const std::string& userID, xml::Node&
         xml::Node& workspace = workspaces.add("workspace");
         workspace.add("workspaceID", item.workspaceID);
         workspace.add("workspaceName", item.workspaceName);
-        xml::Node& roles = workspace.add("roles");
-        for (const std::string& roleID : item.roleIDs) {
-            xml::Node& role = roles.add("role");
-            role.add("roleID", roleID);
-            role.add("roleName", rules::roleName(roleID));
-        }
+        addRoles(item.roleIDs, workspace);
     }
 }
 

@@ -1,8 +1,8 @@
 #include "service/base/Clock.h"
 #include "service/base/Text.h"
 #include "service/objects/ObjectTypes.h"
+#include "service/objects/RoleList.h"
 #include "service/rules/Icons.h"
-#include "service/rules/Roles.h"
 #include "service/store/Members.h"
 #include "service/store/Tabs.h"
 #include "service/store/Workspaces.h"
@@ -21,13 +21,7 @@ void addMembers(const Context& context, const std::string& workspaceID, const sc
         member.add("userID", item.userID);
         member.add("userName", item.userName);
         member.add("email", item.email);
-        if (!withRoles) continue;
-        xml::Node& roles = member.add("roles");
-        for (const std::string& roleID : store::rolesOf(context.database, workspaceID, item.userID)) {
-            xml::Node& role = roles.add("role");
-            role.add("roleID", roleID);
-            role.add("roleName", rules::roleName(roleID));
-        }
+        if (withRoles) addRoles(store::rolesOf(context.database, workspaceID, item.userID), member);
     }
 }
 

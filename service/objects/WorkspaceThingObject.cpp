@@ -22,10 +22,7 @@ std::vector<xml::Node> listThings(const Context& context, const script::Selectio
 
 std::optional<xml::Node> findThing(const Context& context, const std::string& id, const script::Selection& wanted)
 {
-    for (xml::Node& node : listThings(context, wanted)) {
-        if (node.textAt("thingID") == id) return std::move(node);
-    }
-    return std::nullopt;
+    return nodeWithID(listThings(context, wanted), "thingID", id);
 }
 
 }  // namespace

@@ -8,11 +8,11 @@
 #include "service/base/Clock.h"
 #include "service/base/Secret.h"
 #include "service/rules/FixedTabs.h"
+#include "service/rules/Invitations.h"
 #include "service/rules/Roles.h"
 #include "service/rules/Spaces.h"
 #include "service/store/Apps.h"
 #include "service/store/Database.h"
-#include "service/store/Invitations.h"
 #include "service/store/Libraries.h"
 #include "service/store/Members.h"
 #include "service/store/Organisations.h"
@@ -24,7 +24,6 @@ namespace {
 
 constexpr const char* kOrg = "org-nordwind";
 constexpr const char* kNamespace = "ns-nordwind";
-constexpr long long kDay = 24LL * 60 * 60 * 1000;
 
 struct Person {
     const char* name;
@@ -127,20 +126,10 @@ void addMember(Context& context, const std::string& workspaceID, const std::stri
 
 void addInvitation(Context& context, const std::string& workspaceID, const std::string& name)
 {
-    store::Invitation invitation;
-    invitation.invitationID = newID("invt");
-    invitation.workspaceID = workspaceID;
-    invitation.descriptor = userID(name);
+    store::Invitation invitation = rules::newInvitation(context, workspaceID, userID(name));
     invitation.userID = userID(name);
-    invitation.status = store::invitationstatus::kPending;
-    invitation.inviteAs = rules::kSpaceMember;
     invitation.inviteType = 1;
     invitation.method = "IM";
-    invitation.ownerID = context.session.userID;
-    invitation.created = context.now;
-    invitation.modified = context.now;
-    invitation.statusChanged = context.now;
-    invitation.expires = context.now + 30 * kDay;
     store::insertInvitation(context.database, invitation);
 }
 

@@ -64,7 +64,7 @@ private:
     int bound_ = 0;
 };
 
-// The data file. Every statement is prepared once; the SQL texts are literals, which outlive it.
+// The data file. Every statement is prepared once; the SQL texts are constants, which outlive it.
 class Database {
 public:
     // Opens or creates the file and brings its schema up to date; throws std::runtime_error where it cannot be used.

@@ -16,14 +16,14 @@ void insertEvent(Database& database, const Event& event)
 std::vector<Event> eventsVisibleTo(Database& database, const std::string& userID)
 {
     Rows rows = database.select(
-        "SELECT event_id, event.workspace_id, sender_id, sender_name, type, name, display_name,"
-        " message, tag, created FROM event JOIN member ON"
-        " member.workspace_id = event.workspace_id AND member.user_id = ? ORDER BY number",
+        "SELECT e.event_id, e.workspace_id, e.sender_id, e.sender_name, e.type, e.name, e.display_name,"
+        " e.message, e.tag, e.created, w.name FROM event e JOIN workspace w ON w.workspace_id = e.workspace_id"
+        " JOIN member m ON m.workspace_id = e.workspace_id AND m.user_id = ? ORDER BY e.number",
         userID);
     std::vector<Event> events;
     while (rows.next()) {
         events.push_back({rows.text(0), rows.text(1), rows.text(2), rows.text(3), rows.text(4), rows.text(5),
-                          rows.text(6), rows.text(7), rows.text(8), rows.number(9)});
+                          rows.text(6), rows.text(7), rows.text(8), rows.number(9), rows.text(10)});
     }
     return events;
 }

@@ -18,6 +18,7 @@ struct Event {
     std::string message;
     std::string tag;
     long long created = 0;
+    std::string workspaceName;  // the workspace's own, never what the sender claims
 };
 
 void insertEvent(Database& database, const Event& event);

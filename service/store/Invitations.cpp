@@ -28,7 +28,29 @@ Invitation invitationOf(const Rows& rows)
     invitation.modified = rows.number(16);
     invitation.statusChanged = rows.number(17);
     invitation.expires = rows.number(18);
+    if (invitation.status == invitationstatus::kExpired) invitation.statusChanged = invitation.expires;
     return invitation;
+}
+
+// What the user may see: without an ID all that is open, else that one in whatever state.
+std::vector<Invitation> invitationsFor(Database& database, const std::string& userID, long long now,
+                                       const std::string& invitationID)
+{
+    Rows rows = database.select(
+        "SELECT i.invitation_id, i.workspace_id, w.name, i.descriptor, i.user_id, coalesce(u.user_name, ''),"
+        " coalesce(u.email, ''),"
+        " CASE WHEN i.status = 'pending' AND i.expires <= ?1 THEN 'expired' ELSE i.status END AS state,"
+        " i.invite_as, i.invite_type, i.invite_method, i.provider_id, i.message,"
+        " i.owner_id, o.user_name, i.created, i.modified, i.status_changed, i.expires"
+        " FROM invitation i JOIN workspace w ON w.workspace_id = i.workspace_id JOIN user o ON o.user_id = i.owner_id"
+        " LEFT JOIN user u ON u.user_id = i.user_id"
+        " WHERE CASE ?3 WHEN '' THEN state = 'pending' ELSE i.invitation_id = ?3 END"
+        " AND ((i.user_id = ?2 AND state = 'pending') OR EXISTS"
+        " (SELECT 1 FROM member m WHERE m.workspace_id = i.workspace_id AND m.user_id = ?2)) ORDER BY i.number",
+        now, userID, invitationID);
+    std::vector<Invitation> invitations;
+    while (rows.next()) invitations.push_back(invitationOf(rows));
+    return invitations;
 }
 
 }  // namespace
@@ -46,18 +68,16 @@ void insertInvitation(Database& database, const Invitation& invitation)
 
 std::vector<Invitation> invitationsVisibleTo(Database& database, const std::string& userID, long long now)
 {
-    Rows rows = database.select(
-        "SELECT i.invitation_id, i.workspace_id, w.name, i.descriptor, i.user_id, coalesce(u.user_name, ''),"
-        " coalesce(u.email, ''), i.status, i.invite_as, i.invite_type, i.invite_method, i.provider_id, i.message,"
-        " i.owner_id, o.user_name, i.created, i.modified, i.status_changed, i.expires"
-        " FROM invitation i JOIN workspace w ON w.workspace_id = i.workspace_id JOIN user o ON o.user_id = i.owner_id"
-        " LEFT JOIN user u ON u.user_id = i.user_id"
-        " WHERE i.status = 'pending' AND i.expires > ?1 AND (i.user_id = ?2 OR EXISTS"
-        " (SELECT 1 FROM member m WHERE m.workspace_id = i.workspace_id AND m.user_id = ?2)) ORDER BY i.number",
-        now, userID);
-    std::vector<Invitation> invitations;
-    while (rows.next()) invitations.push_back(invitationOf(rows));
-    return invitations;
+    return invitationsFor(database, userID, now, {});
+}
+
+std::optional<Invitation> findInvitation(Database& database, const std::string& invitationID, const std::string& userID,
+                                         long long now)
+{
+    if (invitationID.empty()) return std::nullopt;
+    std::vector<Invitation> found = invitationsFor(database, userID, now, invitationID);
+    if (found.empty()) return std::nullopt;
+    return std::move(found.front());
 }
 
 std::optional<Invitation> pendingInvitation(Database& database, const std::string& workspaceID,
@@ -78,6 +98,13 @@ void setInvitationStatus(Database& database, const std::string& invitationID, co
 void deleteInvitation(Database& database, const std::string& invitationID)
 {
     database.run("DELETE FROM invitation WHERE invitation_id = ?", invitationID);
+}
+
+void deleteInvitationsOf(Database& database, const std::string& workspaceID, const std::string& descriptor,
+                         const std::string& userID)
+{
+    database.run("DELETE FROM invitation WHERE workspace_id = ?1 AND (descriptor = ?2 OR (?3 <> '' AND user_id = ?3))",
+                 workspaceID, descriptor, userID);
 }
 
 }  // namespace service::store

@@ -34,15 +34,25 @@ namespace invitationstatus {
 inline constexpr const char* kPending = "pending";
 inline constexpr const char* kAccepted = "accepted";
 inline constexpr const char* kRejected = "rejected";
+inline constexpr const char* kExpired = "expired";  // never stored: a pending one becomes it as time goes by
 }  // namespace invitationstatus
 
 void insertInvitation(Database& database, const Invitation& invitation);
 
-// The pending invitations that have not expired: those addressed to the user, and those of the user's workspaces.
+// The open invitations, pending and not expired: those addressed to the user, and those of the user's workspaces.
 std::vector<Invitation> invitationsVisibleTo(Database& database, const std::string& userID, long long now);
+
+// One invitation in the state that it is in. The members of its workspace learn what became of it; to the invitee it is
+// there while it is open.
+std::optional<Invitation> findInvitation(Database& database, const std::string& invitationID, const std::string& userID,
+                                         long long now);
 std::optional<Invitation> pendingInvitation(Database& database, const std::string& workspaceID,
                                             const std::string& userID, long long now);
 void setInvitationStatus(Database& database, const std::string& invitationID, const std::string& status, long long now);
 void deleteInvitation(Database& database, const std::string& invitationID);
+
+// Deletes all invitations of one person to one workspace. An empty `userID` is nobody's.
+void deleteInvitationsOf(Database& database, const std::string& workspaceID, const std::string& descriptor,
+                         const std::string& userID);
 
 }  // namespace service::store

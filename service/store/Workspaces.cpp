@@ -6,6 +6,13 @@ namespace service::store {
 
 namespace {
 
+// The columns are those of workspaceOf; what follows says which workspaces.
+constexpr const char* kRecords =
+    "SELECT w.workspace_id, w.name, w.type, w.is_template, w.owner_id, u.user_name, w.org_id, o.namespace_id,"
+    " o.namespace_name, w.group_id, w.description_icon, w.created, w.modified, coalesce(i.icon_name, '')"
+    " FROM workspace w JOIN user u ON u.user_id = w.owner_id JOIN org o ON o.org_id = w.org_id"
+    " LEFT JOIN workspace_icon i ON i.workspace_id = w.workspace_id";
+
 Workspace workspaceOf(const Rows& rows)
 {
     Workspace workspace;
@@ -39,25 +46,18 @@ void insertWorkspace(Database& database, const Workspace& workspace)
 
 std::optional<Workspace> findWorkspace(Database& database, const std::string& workspaceID)
 {
-    Rows rows = database.select(
-        "SELECT w.workspace_id, w.name, w.type, w.is_template, w.owner_id, u.user_name, w.org_id, o.namespace_id,"
-        " o.namespace_name, w.group_id, w.description_icon, w.created, w.modified, coalesce(i.icon_name, '')"
-        " FROM workspace w JOIN user u ON u.user_id = w.owner_id JOIN org o ON o.org_id = w.org_id"
-        " LEFT JOIN workspace_icon i ON i.workspace_id = w.workspace_id WHERE w.workspace_id = ?",
-        workspaceID);
+    static const std::string sql = std::string(kRecords) + " WHERE w.workspace_id = ?";
+    Rows rows = database.select(sql, workspaceID);
     if (!rows.next()) return std::nullopt;
     return workspaceOf(rows);
 }
 
 std::vector<Workspace> workspacesOfMember(Database& database, const std::string& userID)
 {
-    Rows rows = database.select(
-        "SELECT w.workspace_id, w.name, w.type, w.is_template, w.owner_id, u.user_name, w.org_id, o.namespace_id,"
-        " o.namespace_name, w.group_id, w.description_icon, w.created, w.modified, coalesce(i.icon_name, '')"
-        " FROM member m JOIN workspace w ON w.workspace_id = m.workspace_id JOIN user u ON u.user_id = w.owner_id"
-        " JOIN org o ON o.org_id = w.org_id LEFT JOIN workspace_icon i ON i.workspace_id = w.workspace_id"
-        " WHERE m.user_id = ? ORDER BY w.number",
-        userID);
+    static const std::string sql =
+        std::string(kRecords) +
+        " WHERE w.workspace_id IN (SELECT workspace_id FROM member WHERE user_id = ?) ORDER BY w.number";
+    Rows rows = database.select(sql, userID);
     std::vector<Workspace> workspaces;
     while (rows.next()) workspaces.push_back(workspaceOf(rows));
     return workspaces;

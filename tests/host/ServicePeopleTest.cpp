@@ -48,14 +48,25 @@ TEST_F(ServicePeopleTest, MemberFromInvitationToRemoval)
     EXPECT_EQ(shown({"access", "space", workspace}).at("setWorkspaceAccess"), "true");
     done({"favourites", "add", workspace});
     EXPECT_THAT(valuesOf(shown({"favourites", "list"}), "workspaceID"), Contains(workspace));
-    done({"favourites", "remove", workspace});
-    EXPECT_THAT(valuesOf(shown({"favourites", "list"}), "workspaceID"), Not(Contains(workspace)));
 
     actAs("anna");
     done({"members", "remove", workspace, "user-ben"});
     actAs("ben");
     EXPECT_EQ(recordWith(shown({"spaces", "list"}), "workspaceID", workspace), json());
     EXPECT_EQ(shown({"access", "space", workspace}).at("setWorkspaceAccess"), "false");
+    // Whoever is out does not see the workspace among the favourites, but can still take it off them.
+    EXPECT_THAT(valuesOf(shown({"favourites", "list"}), "workspaceID"), Not(Contains(workspace)));
+    done({"favourites", "remove", workspace});
+    refused({"favourites", "remove", workspace}, "NoSuchObject");
+}
+
+TEST_F(ServicePeopleTest, FavouritesComeAndGo)
+{
+    done({"favourites", "add", workspace});
+    refused({"favourites", "add", workspace}, "Conflict");
+    EXPECT_THAT(valuesOf(shown({"favourites", "list"}), "workspaceID"), Contains(workspace));
+    done({"favourites", "remove", workspace});
+    EXPECT_THAT(valuesOf(shown({"favourites", "list"}), "workspaceID"), Not(Contains(workspace)));
 }
 
 TEST_F(ServicePeopleTest, RightsInNamedAndInSharedWorkspaces)

@@ -5,7 +5,9 @@ namespace service::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class Account : public DemoService {
 protected:
@@ -97,7 +99,8 @@ protected:
             "<eventData><eventNotification><eventType>REALTIME_COMMUNICATION_EVENT</eventType><eventDisplayName>"
             "<en_US>Meeting Started</en_US></eventDisplayName><eventName>" +
                 name + "</eventName><eventWorkspaceID>" + spaceID_ +
-                "</eventWorkspaceID><eventWorkspaceName><![CDATA[W]]></eventWorkspaceName><eventMessage>"
+                "</eventWorkspaceID><eventWorkspaceName><![CDATA[Your <bank> & "
+                "more]]></eventWorkspaceName><eventMessage>"
                 "<en_US><![CDATA[come & "
                 "see]]></en_US></eventMessage><eventExtendedData><mySpecificTag>t</mySpecificTag>"
                 "</eventExtendedData><eventSender><userName>anna</userName></eventSender></eventNotification></"
@@ -106,9 +109,7 @@ protected:
 
     std::string count(User& user, const std::string& xml) { return user.execute("GetWorkspaceNotificationCount", xml); }
 
-    std::string spaceID_ =
-        textAt(ben_.script("<step><cmd>list</cmd><type>workspace</type><select>workspaceID</select></step>"),
-               "/kznapi/return/step/workspace/workspaceID");
+    std::string spaceID_ = ben_.spaceNamed("Autumn catalogue");
 };
 
 constexpr const char* kResults = "/kznapi/return/Results/workspace/";
@@ -125,6 +126,10 @@ TEST_F(Events, AreSeenAndCountedByTheOtherMembers)
     const std::string seen = ben_.script("<step><cmd>list</cmd><type>event</type></step>");
     EXPECT_THAT(textsAt(seen, "/kznapi/return/step/event/eventName"), ElementsAre("START_MEETING", "END_MEETING"));
     EXPECT_EQ(textAt(seen, "/kznapi/return/step/event/eventMessage"), "come & see");
+    // What the sender calls the workspace is not believed.
+    EXPECT_THAT(textsAt(seen, "/kznapi/return/step/event/workspaceName"),
+                ElementsAre("Autumn catalogue", "Autumn catalogue"));
+    EXPECT_THAT(seen, Not(HasSubstr("bank")));
 
     User dmitri(port_, "dmitri");
     EXPECT_FAILURE(event(dmitri, "START_MEETING"), "KZN:NoSuchObject");

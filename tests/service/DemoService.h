@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/service/ServiceProcess.h"
-#include "tests/service/Talk.h"
+#include "tests/service/User.h"
 
 namespace service::test {
 

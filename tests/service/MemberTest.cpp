@@ -18,12 +18,6 @@ protected:
                                  "</inviteMethod><isproviderID>isp-nordwind</isproviderID></invite></invitations>");
     }
 
-    std::string answer(User& user, const std::string& action)
-    {
-        return user.execute(
-            "JoinSpace", "<invite><workspaceID>" + spaceID_ + "</workspaceID><action>" + action + "</action></invite>");
-    }
-
     // The open invitations to this workspace that the user sees as addressed to them.
     std::vector<std::string> invitationsOf(User& user)
     {
@@ -90,9 +84,9 @@ TEST_F(Members, AreInvitedJoinArePromotedAndLeave)
     // Invited by address, found by ID and name, shown as it was written.
     EXPECT_THAT(invitationsOf(clara_), ElementsAre("clara@nordwind.example"));
     EXPECT_THAT(accessOf(clara_), ElementsAre("false", "false", "false"));
-    EXPECT_SUCCESS(answer(clara_, "accept"));
+    EXPECT_SUCCESS(clara_.answer(spaceID_, "accept"));
     EXPECT_THAT(invitationsOf(clara_), IsEmpty());
-    EXPECT_FAILURE(answer(clara_, "accept"), "KZN:NoSuchObject");
+    EXPECT_FAILURE(clara_.answer(spaceID_, "accept"), "KZN:NoSuchObject");
     EXPECT_THAT(accessOf(clara_), ElementsAre("false", "false", "true"));
     EXPECT_EQ(textAt(invite("clara", "1"), result + "status"), "alreadyMember");
 
@@ -108,14 +102,14 @@ TEST_F(Members, AreInvitedJoinArePromotedAndLeave)
 TEST_F(Members, AnInvitationAsAdministratorMakesOne)
 {
     invite("user-clara", "2");
-    EXPECT_SUCCESS(answer(clara_, "accept"));
+    EXPECT_SUCCESS(clara_.answer(spaceID_, "accept"));
     EXPECT_THAT(accessOf(clara_), ElementsAre("true", "true", "true"));
 }
 
 TEST_F(Members, InvitationsAreRejectedAndWithdrawn)
 {
     invite("user-clara", "1");
-    EXPECT_SUCCESS(answer(clara_, "reject"));
+    EXPECT_SUCCESS(clara_.answer(spaceID_, "reject"));
     EXPECT_THAT(invitationsOf(clara_), IsEmpty());
     EXPECT_THAT(accessOf(clara_), ElementsAre("false", "false", "false"));
 
@@ -139,7 +133,7 @@ TEST_F(Members, WrongInvitationsAreRefusedWhole)
     EXPECT_FAILURE(invite("user-clara", "many"), "KZN:BadRequest");
     EXPECT_SUCCESS(invite("stranger@elsewhere.example", "1"));
     EXPECT_SUCCESS(anna_.execute("BulkSpaceInvite", "<invitations></invitations>"));
-    EXPECT_FAILURE(answer(clara_, "perhaps"), "KZN:BadRequest");
+    EXPECT_FAILURE(clara_.answer(spaceID_, "perhaps"), "KZN:BadRequest");
 }
 
 TEST_F(Members, ALastAdministratorRemains)
@@ -156,7 +150,7 @@ TEST_F(Members, FavouritesComeAndGo)
 {
     EXPECT_FAILURE(favourite("create"), "KZN:NoSuchObject");
     invite("user-clara", "1");
-    answer(clara_, "accept");
+    clara_.answer(spaceID_, "accept");
     EXPECT_SUCCESS(favourite("create"));
     EXPECT_FAILURE(favourite("create"), "KZN:Conflict");
     const std::string script =
@@ -213,7 +207,7 @@ TEST_F(Members, RoomsAndFeaturesAreProbed)
     EXPECT_THAT(textsAt(anna_.execute("ProbeAccess", tests), "/kznapi/return/*/access"),
                 ElementsAre("true", "true", "false", "true", "true", "false", "true", "false"));
     invite("user-clara", "1");
-    answer(clara_, "accept");
+    clara_.answer(spaceID_, "accept");
     EXPECT_THAT(textsAt(clara_.execute("ProbeAccess", tests), "/kznapi/return/*/access"),
                 ElementsAre("false", "true", "false", "true", "true", "false", "true", "false"));
     EXPECT_SUCCESS(anna_.execute("ProbeAccess", "<tests></tests>"));

@@ -88,6 +88,42 @@ TEST_F(Script, JoinsConditionsToAnyDepth)
     EXPECT_THAT(namesWhere(equals("no/such/field", "")), IsEmpty());
 }
 
+TEST_F(Script, FindsUsersByNameExtensionAndWorkspace)
+{
+    const auto usersWhere = [&](const std::string& condition) {
+        const std::string reply = anna_.script("<step><cmd>list</cmd><type>user</type><where>" + condition +
+                                               "</where><select>userID</select></step>");
+        EXPECT_SUCCESS(reply);
+        return textsAt(reply, "/kznapi/return/step/user/userID");
+    };
+    EXPECT_THAT(usersWhere(equals("userName", "clara")), ElementsAre("user-clara"));
+    EXPECT_THAT(usersWhere(equals("userName", "Clara")), IsEmpty());
+    EXPECT_THAT(usersWhere(equals("ext/KZN/firstName", "Dmitri")), ElementsAre("user-dmitri"));
+    EXPECT_THAT(usersWhere(equals("ext/KZN/firstName", "dmitri")), IsEmpty());
+    EXPECT_THAT(usersWhere("<or>" + equals("userName", "clara") + equals("ext/KZN/firstName", "Ben") + "</or>"),
+                testing::UnorderedElementsAre("user-ben", "user-clara"));
+
+    // Nobody sees whom else a workspace has from the users: one's own are all that is told.
+    const std::string autumn = anna_.spaceNamed("Autumn catalogue");
+    EXPECT_THAT(usersWhere(equals("workspaces/workspace/workspaceID", autumn)), ElementsAre("user-anna"));
+    const std::string claras = clara_.makeSpace("Clara's");
+    EXPECT_THAT(usersWhere(equals("workspaces/workspace/workspaceID", claras)), IsEmpty());
+}
+
+TEST_F(Script, FindsTheOrganisationByItsDomains)
+{
+    const auto organisationsWith = [&](const std::string& domain) {
+        const std::string reply =
+            anna_.script("<step><cmd>list</cmd><type>org</type><where>" + equals("domains/domain/domainName", domain) +
+                         "</where><select>orgID</select></step>");
+        EXPECT_SUCCESS(reply);
+        return textsAt(reply, "/kznapi/return/step/org/orgID");
+    };
+    EXPECT_THAT(organisationsWith("nordwind.example"), ElementsAre("org-nordwind"));
+    EXPECT_THAT(organisationsWith("studio.nordwind.example"), ElementsAre("org-nordwind"));
+    EXPECT_THAT(organisationsWith("suedwind.example"), IsEmpty());
+}
+
 TEST_F(Script, SelectsPathsAndWholeObjects)
 {
     const std::string where = "<where>" + equals("workspaceName", "Photo archive") + "</where>";

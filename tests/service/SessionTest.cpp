@@ -104,22 +104,22 @@ TEST_F(Session, SurvivesARestart)
 
 class ShortSession : public DemoService {
 protected:
-    ShortSession() : DemoService({"--seed", "demo", "--session-duration", "600"}) {}
+    ShortSession() : DemoService({"--seed", "demo", "--session-duration", "1500"}) {}
 };
 
 TEST_F(ShortSession, ExpiresUnusedAndIsKeptAliveByUse)
 {
-    const std::string used = signIn(port_, "anna");
     const std::string unused = signIn(port_, "ben");
-    EXPECT_EQ(textAt(sessionInfo(port_, used), kDuration), "600");
+    const std::string used = signIn(port_, "anna");
+    EXPECT_EQ(textAt(sessionInfo(port_, used), kDuration), "1500");
     for (int i = 0; i < 6; ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
         // A refused command is a use as well.
         const std::string reply = i % 2 == 0 ? sessionInfo(port_, used) : form(port_, "cmd=get&type=x&cred=" + used);
         EXPECT_NE(textAt(reply, kException), "KZN:SessionExpired");
     }
     EXPECT_FAILURE(sessionInfo(port_, unused), "KZN:SessionExpired");
-    std::this_thread::sleep_for(std::chrono::milliseconds(700));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1600));
     EXPECT_FAILURE(sessionInfo(port_, used), "KZN:SessionExpired");
 }
 

@@ -8,17 +8,13 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr const char* kSpaceID = "/kznapi/return/workspace/workspaceID";
-constexpr const char* kBoundary = "---------------------------7d73d42312zelkor";
-
 class SpaceLife : public DemoService {
 protected:
     explicit SpaceLife(std::vector<std::string> more = {"--seed", "demo"}) : DemoService(std::move(more)) {}
 
     std::vector<std::string> texts(const std::string& spaceID, const std::string& path)
     {
-        return textsAt(anna_.call("cmd=get&type=workspace&id=" + spaceID + "&select=*"),
-                       "/kznapi/return/workspace/" + path);
+        return textsAt(anna_.fieldsOf(spaceID), "/kznapi/return/workspace/" + path);
     }
 
     std::string setSpace(const std::string& content)
@@ -27,24 +23,16 @@ protected:
                           "&xml=" + encoded("<workspace>" + content + "</workspace>"));
     }
 
-    // The upload body of a host, byte for byte.
-    HttpReply upload(const std::string& picture, const std::string& cred, const std::string& spaceID)
+    std::string cloning(const std::string& name, const std::string& rest) const
     {
-        const std::string open = std::string("--") + kBoundary;
-        const auto field = [&](const std::string& name, const std::string& value) {
-            return open + "\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n\r\n" + value + "\r\n";
-        };
-        const std::string body =
-            field("cred", cred) + field("name", "logo.png") + field("cmd", "execute") +
-            field("task", "ManageSpaceIcon") +
-            field("xml",
-                  "<code><workspaceID>" + spaceID + "</workspaceID><dmsURL>http://elsewhere.example</dmsURL></code>") +
-            field("fileFields", "theFile") + open +
-            "\r\nContent-Disposition: form-data; name=\"theFile\"; filename=\"C:\\Pictures\\my \"best\" logo.png\"\r\n"
-            "Content-Type: image/jpeg\r\n\r\n" +
-            picture + "\r\n--" + kBoundary + "--";
-        return Talk(port_).post("/kznconnect/upload.do?", body,
-                                std::string("multipart/form-data; boundary=") + kBoundary);
+        return "cmd=execute&task=CloneWorkspace&xml=<workspace><useWkspID>" + spaceID_ + "</useWkspID><workspaceName>" +
+               encoded(name) + "</workspaceName>" + rest +
+               "<ext><KZN><description></description></KZN></ext></workspace>";
+    }
+
+    HttpReply upload(const std::string& picture, const std::string& cred, const std::string& spaceID) const
+    {
+        return uploadIcon(port_, cred, spaceID, picture);
     }
 
     static std::string pathOf(const std::string& url) { return url.substr(url.find('/', 8)); }
@@ -73,10 +61,8 @@ TEST_F(SpaceLife, IsRenamedAndDescribed)
 TEST_F(SpaceLife, IsClonedWithTabsAndDescription)
 {
     setSpace("<ext><KZN><description><text>told</text></description></KZN></ext>");
-    const std::string body =
-        "cmd=execute&task=CloneWorkspace&xml=<workspace><useWkspID>" + spaceID_ +
-        "</useWkspID><workspaceName>Kopie%20%26%20mehr</workspaceName><type>3</type><isTemplate>true"
-        "</isTemplate><ext><KZN><description></description></KZN></ext></workspace>";
+    anna_.addTab(spaceID_, "Ideas", -3);
+    const std::string body = cloning("Kopie & mehr", "<type>3</type><isTemplate>true</isTemplate>");
     const std::string reply = anna_.call(body);
     EXPECT_SUCCESS(reply);
     const std::string cloneID = textAt(reply, kSpaceID);
@@ -84,9 +70,22 @@ TEST_F(SpaceLife, IsClonedWithTabsAndDescription)
     EXPECT_THAT(texts(cloneID, "workspaceName"), ElementsAre("Kopie & mehr"));
     EXPECT_THAT(texts(cloneID, "type"), ElementsAre("3"));
     EXPECT_THAT(texts(cloneID, "isTemplate"), ElementsAre("true"));
-    EXPECT_THAT(texts(cloneID, "tabs/tab/tabName"), ElementsAre("Discussions", "Files"));
+    EXPECT_THAT(texts(cloneID, "tabs/tab/tabName"), ElementsAre("Ideas", "Discussions", "Files"));
+    EXPECT_THAT(texts(cloneID, "tabs/tab/tabType"), ElementsAre("0", "1", "2"));
+    EXPECT_THAT(texts(cloneID, "tabs/tab/tabOrder"), ElementsAre("-3", "1", "2"));
     EXPECT_THAT(texts(cloneID, "ext/KZN/description/text"), ElementsAre("told"));
     EXPECT_FAILURE(ben_.call(body), "KZN:NoSuchObject");
+}
+
+TEST_F(SpaceLife, IsAFavouriteOfWhoClonedItWhereAskedFor)
+{
+    EXPECT_SUCCESS(anna_.call(cloning("Plain", "<type>0</type>")));
+    EXPECT_SUCCESS(anna_.call(cloning("Plain", "<isFavourite>false</isFavourite>")));
+    EXPECT_THAT(anna_.favourites(), IsEmpty());
+    const std::string reply = anna_.call(cloning("Dear", "<isFavourite>true</isFavourite>"));
+    EXPECT_SUCCESS(reply);
+    EXPECT_THAT(anna_.favourites(), ElementsAre(textAt(reply, kSpaceID)));
+    EXPECT_THAT(ben_.favourites(), IsEmpty());
 }
 
 TEST_F(SpaceLife, IsDeletedByAnAdministratorOnly)
@@ -101,10 +100,7 @@ TEST_F(SpaceLife, IsDeletedByAnAdministratorOnly)
 TEST_F(SpaceLife, IsNotLeftByItsLastAdministrator)
 {
     EXPECT_FAILURE(anna_.execute("LeaveSpace", "<workspaceID>" + spaceID_ + "</workspaceID>"), "KZN:Conflict");
-    const std::string autumn =
-        textAt(ben_.script("<step><cmd>list</cmd><type>workspace</type><where><eq><path>workspaceName"
-                           "</path><value>Autumn catalogue</value></eq></where></step>"),
-               "/kznapi/return/step/workspace/workspaceID");
+    const std::string autumn = ben_.spaceNamed("Autumn catalogue");
     EXPECT_SUCCESS(ben_.execute("LeaveSpace", "<workspaceID>" + autumn + "</workspaceID>"));
     EXPECT_FAILURE(ben_.execute("LeaveSpace", "<workspaceID>" + autumn + "</workspaceID>"), "KZN:NoSuchObject");
     EXPECT_FAILURE(anna_.execute("LeaveSpace", "<workspaceID>" + autumn + "</workspaceID>"), "KZN:Conflict");
@@ -134,6 +130,18 @@ TEST_F(SpaceLife, HasAnIconThatComesBackByteForByte)
     const std::string second = textAt(upload("other", anna_.cred(), spaceID_).body, "/kznapi/return/url");
     EXPECT_NE(second, url);
     EXPECT_EQ(Talk(port_).get(pathOf(url) + "?cred=" + anna_.cred()).status, 404U);
+}
+
+TEST_F(SpaceLife, TakesItsIconAway)
+{
+    const std::string url = textAt(upload("picture", anna_.cred(), spaceID_).body, "/kznapi/return/url");
+    const std::string target = pathOf(url) + "?cred=" + anna_.cred();
+    EXPECT_EQ(Talk(port_).get(target).status, 200U);
+    EXPECT_SUCCESS(
+        anna_.execute("DeleteWorkspace", "<workspace><workspaceID>" + spaceID_ + "</workspaceID></workspace>"));
+    const HttpReply gone = Talk(port_).get(target);
+    EXPECT_EQ(gone.status, 404U);
+    EXPECT_FAILURE(gone.body, "KZN:NoSuchObject");
 }
 
 TEST_F(SpaceLife, TakesNoIconFromOthersOrWithoutAPicture)
@@ -188,10 +196,10 @@ TEST_F(SmallUploads, EndAtTheLimit)
 
 TEST_F(SpaceLife, BeginsAsAnApplication)
 {
-    const auto make = [&](const std::string& app, const std::string& rest) {
+    const auto make = [&](const std::string& app, const std::string& rest, const std::string& favourite = "false") {
         return textAt(anna_.execute("CreateWorkspaceUsingApp",
-                                    "<workspace><workspaceName>From app</workspaceName>" + app +
-                                        "<isFavourite>false</isFavourite>" + rest +
+                                    "<workspace><workspaceName>From app</workspaceName>" + app + "<isFavourite>" +
+                                        favourite + "</isFavourite>" + rest +
                                         "<ext><KZN><description><text><![CDATA[told]]></text></description></KZN></ext>"
                                         "</workspace>"),
                       kSpaceID);
@@ -203,6 +211,9 @@ TEST_F(SpaceLife, BeginsAsAnApplication)
     EXPECT_THAT(texts(make("", room), "tabs/tab/tabName"), ElementsAre("Discussions", "Files"));
     EXPECT_THAT(texts(make("", "<type>2</type>"), "tabs/tab/tabName"), ElementsAre("default"));
     EXPECT_EQ(make("<appName>blank</appName>", room), "");
+    EXPECT_THAT(anna_.favourites(), IsEmpty());
+    const std::string dear = make("", room, "true");
+    EXPECT_THAT(anna_.favourites(), ElementsAre(dear));
 }
 
 TEST_F(SpaceLife, IsSavedAsAnApplication)
@@ -260,9 +271,7 @@ TEST_F(SpaceLife, ATemplateJoinsALibrary)
                          encoded("<group><templates><template><templateID>" + templateID +
                                  "</templateID></template></templates></group>"));
     };
-    const std::string made =
-        anna_.call("cmd=execute&task=CloneWorkspace&xml=<workspace><useWkspID>" + spaceID_ +
-                   "</useWkspID><workspaceName>T</workspaceName><isTemplate>true</isTemplate></workspace>");
+    const std::string made = anna_.call(cloning("T", "<isTemplate>true</isTemplate>"));
     const std::string templateID = textAt(made, kSpaceID);
     EXPECT_FAILURE(add(anna_, "lib-anna", spaceID_), "KZN:BadRequest");
     EXPECT_FAILURE(add(ben_, "lib-nordwind", templateID), "KZN:AccessDenied");

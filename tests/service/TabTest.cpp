@@ -12,12 +12,7 @@ class Tabs : public DemoService {
 protected:
     std::string addTab(const std::string& name, int order)
     {
-        return textAt(anna_.execute("AddTabs", "<workspace><workspaceID>" + spaceID_ +
-                                                   "</workspaceID><tabs><tab><tabName>"
-                                                   "<![CDATA[" +
-                                                   name + "]]></tabName><tabType>0</tabType><tabOrder>" +
-                                                   std::to_string(order) + "</tabOrder></tab></tabs></workspace>"),
-                      "/kznapi/return/tab/tabID");
+        return textAt(anna_.addTab(spaceID_, name, order), "/kznapi/return/tab/tabID");
     }
 
     std::vector<std::string> names()
@@ -74,11 +69,8 @@ TEST_F(Tabs, AreChangedByAdministratorsOnly)
     const std::string tabID = addTab("Ideas", 3);
     EXPECT_FAILURE(ben_.call("cmd=delete&type=tab&id=" + tabID), "KZN:NoSuchObject");
     EXPECT_FAILURE(ben_.call(setTab(tabID, "x")), "KZN:NoSuchObject");
-    anna_.execute("BulkSpaceInvite", "<invitations><invite><workspaceID>" + spaceID_ +
-                                         "</workspaceID><user>ben</user>"
-                                         "<inviteAs>1</inviteAs></invite></invitations>");
-    EXPECT_SUCCESS(ben_.execute("JoinSpace",
-                                "<invite><workspaceID>" + spaceID_ + "</workspaceID><action>accept</action></invite>"));
+    anna_.invite(spaceID_, "ben");
+    EXPECT_SUCCESS(ben_.answer(spaceID_, "accept"));
     EXPECT_FAILURE(ben_.call("cmd=delete&type=tab&id=" + tabID), "KZN:AccessDenied");
     EXPECT_FAILURE(ben_.call(setTab(tabID, "x")), "KZN:AccessDenied");
     EXPECT_FAILURE(

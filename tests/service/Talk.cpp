@@ -124,38 +124,4 @@ std::string form(unsigned short port, const std::string& body)
     return Talk(port).post("/kznconnect/op.do", body).body;
 }
 
-std::string signIn(unsigned short port, const std::string& name)
-{
-    return textAt(form(port, "cmd=login&username=" + name + "&password=" + name + "-demo-1&isp=&autocommit=true"),
-                  kCred);
-}
-
-User::User(unsigned short port, const std::string& name) : talk_(port), cred_(signIn(port, name)) {}
-
-std::string User::call(const std::string& body)
-{
-    return talk_.post("/kznconnect/op.do", body + "&cred=" + cred_).body;
-}
-
-std::string User::execute(const std::string& task, const std::string& xml)
-{
-    return call("cmd=execute&task=" + task + "&xml=" + encoded(xml));
-}
-
-std::string User::script(const std::string& steps)
-{
-    return execute("RunScript", "<script>" + steps + "</script>");
-}
-
-std::string User::makeSpace(const std::string& name)
-{
-    return textAt(call("cmd=execute&task=AddTabs&xml=<workspace><workspaceName>" + encoded(name) +
-                       "</workspaceName><isTemplate>false</isTemplate><type>0</type>"
-                       "<chatRoomName>Group Discussion</chatRoomName>"
-                       "<tabs><tab><tabName>Discussions</tabName><tabType>1</tabType><tabOrder>1</tabOrder></tab>"
-                       "<tab><tabName>Files</tabName><tabType>2</tabType><tabOrder>2</tabOrder></tab></tabs>"
-                       "<ext><KZN><description></description></KZN></ext></workspace>"),
-                  "/kznapi/return/workspace/workspaceID");
-}
-
 }  // namespace service::test

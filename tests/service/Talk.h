@@ -57,27 +57,4 @@ private:
 // The text of the reply to a form on a connection of its own.
 std::string form(unsigned short port, const std::string& body);
 
-// Signs in as one of the demo people; the credential, or empty.
-std::string signIn(unsigned short port, const std::string& name);
-
-// Signs in and posts forms whose credential it adds.
-class User {
-public:
-    User(unsigned short port, const std::string& name);
-
-    const std::string& cred() const { return cred_; }
-
-    // The reply to "cmd=...": the credential goes behind.
-    std::string call(const std::string& body);
-    std::string execute(const std::string& task, const std::string& xml);
-    std::string script(const std::string& steps);
-
-    // Makes a workspace with the two fixed tabs; its ID.
-    std::string makeSpace(const std::string& name);
-
-private:
-    Talk talk_;
-    std::string cred_;
-};
-
 }  // namespace service::test

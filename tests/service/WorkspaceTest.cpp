@@ -27,7 +27,6 @@ protected:
     User ben_{port_, "ben"};
 };
 
-constexpr const char* kSpaceID = "/kznapi/return/workspace/workspaceID";
 constexpr const char* kStep = "/kznapi/return/step/workspace/";
 
 TEST_F(Workspace, IsMadeWithTabsRoomAndDescription)
@@ -78,17 +77,16 @@ TEST_F(Workspace, KeepsANameThatLooksLikeMarkup)
 
 TEST_F(Workspace, IsAFavouriteWhereAskedFor)
 {
-    const std::string things =
-        "<step><cmd>get</cmd><type>wtng</type><where><eq><path>thingType</path>"
-        "<value>favouriteWorkspaces</value></eq></where></step>";
     EXPECT_SUCCESS(anna_.call(creation("Plain", std::string("<type>0</type>") + kNoDescription)));
-    EXPECT_THAT(textsAt(anna_.script(things), "//workspaceThing"), testing::IsEmpty());
+    EXPECT_SUCCESS(
+        anna_.call(creation("Plain", std::string("<type>0</type><isFavourite>false</isFavourite>") + kNoDescription)));
+    EXPECT_THAT(anna_.favourites(), testing::IsEmpty());
     const std::string reply =
         anna_.call(creation("Dear", std::string("<type>0</type><isFavourite>true</isFavourite>") + kNoDescription));
-    const std::string found = anna_.script(things);
-    EXPECT_THAT(textsAt(found, "/kznapi/return/step/workspaceThing/workspaceID"), ElementsAre(textAt(reply, kSpaceID)));
-    EXPECT_EQ(textAt(found, "/kznapi/return/step/workspaceThing/thingName"), "user-anna");
-    EXPECT_THAT(textsAt(ben_.script(things), "//workspaceThing"), testing::IsEmpty());
+    EXPECT_THAT(anna_.favourites(), ElementsAre(textAt(reply, kSpaceID)));
+    EXPECT_THAT(ben_.favourites(), testing::IsEmpty());
+    const std::string things = anna_.script("<step><cmd>list</cmd><type>wtng</type></step>");
+    EXPECT_EQ(textAt(things, "/kznapi/return/step/workspaceThing/thingName"), "user-anna");
 }
 
 TEST_F(Workspace, IsRefusedWithoutANameOrWithWrongNumbers)
