@@ -13,6 +13,7 @@
 
 #include "tests/client/WireOperations.h"
 #include "tests/support/CaptureServer.h"
+#include "tests/support/TestSystem.h"
 #include "tests/support/Text.h"
 
 namespace {
@@ -194,7 +195,7 @@ TEST(AllPairs, LeaveEveryOutputWhenTheOutcomeIsNone)
 
 TEST(AllPairs, AreAnsweredToAnUploadOfAnIcon)
 {
-    const fs::path file = fs::temp_directory_path() / "all pairs.png";
+    const fs::path file = fs::temp_directory_path() / ("all pairs " + std::to_string(currentProcessId()) + ".png");
     std::ofstream(file, std::ios::binary) << kPicture;
     CaptureServer server;
     CWapiClient client(server.url("/kznconnect/op.do"));
@@ -222,7 +223,8 @@ TEST(AllPairs, AreKeptAsTheyComeWhereAnIconIsFetched)
     for (const Answer& answered : answers(successes())) {
         server.reply(200, "text/xml; charset=utf-8", answered.reply);
         CStringT path;
-        ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/all pairs"), path), 1) << answered.operation;
+        ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/all pairs " + std::to_string(server.port())), path), 1)
+            << answered.operation;
         std::ifstream in(narrow(path), std::ios::binary);
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), answered.reply) << answered.operation;
         in.close();

@@ -32,9 +32,28 @@ TEST_P(TimedOperationTest, ArmsTheTimerOrLeavesIt)
 {
     const TimedOperation& operation = timedOperations().at(GetParam());
     shortenInterval(client, 50ms);
-    operation.call(client);
-    if (operation.arms) EXPECT_TRUE(nextTickComes());
+    EXPECT_EQ(operation.call(client), operation.refused() ? 0 : 1);
+    if (operation.arms != Arms::never) EXPECT_TRUE(nextTickComes());
     else EXPECT_TRUE(staysQuiet());
+}
+
+// The answer takes longer than the interval: whoever armed the timer first has a tick waiting when the call returns.
+TEST_P(TimedOperationTest, ArmsTheTimerBeforeItAsksAndWhateverIsAnswered)
+{
+    const TimedOperation& operation = timedOperations().at(GetParam());
+    shortenInterval(client, 20ms);
+    const std::string refusal = resultReply("FAILURE");
+    server.otherwise(kzn::test::Script().pause(60ms).send(
+        "HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nContent-Length: " + std::to_string(refusal.size()) + "\r\n\r\n" +
+        refusal));
+    operation.call(client);
+    const bool isDue = kzn::pvutil::DispatchPendingMessages() > 0;
+    switch (operation.arms) {
+    case Arms::atEntry: EXPECT_TRUE(isDue || (operation.refused() && nextTickComes())); break;
+    case Arms::afterAnswer: EXPECT_TRUE(!isDue && nextTickComes()); break;
+    case Arms::afterSuccess:
+    case Arms::never: EXPECT_TRUE(!isDue && staysQuiet(100ms)); break;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, TimedOperationTest, testing::Range(std::size_t{0}, timedOperations().size()),
