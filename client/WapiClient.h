@@ -44,14 +44,14 @@ public:
 
     /// One attribute of a workspace. Field 0 is the description; entries with any other field are skipped.
     struct WKSP_Field_Value {
-        int field;
+        int field = 0;
         CStringT value;
     };
 
     /// One extension field of a user: 0 the host name, 1 the web-site URL, 2 the client's build, 3 its version; any
     /// other is skipped. The value goes into the request as it stands.
     struct USER_Field_Value {
-        int type;
+        int type = 0;
         CStringT value;
     };
 

@@ -27,14 +27,14 @@ protected:
 
     std::filesystem::path write(const std::string& name, const std::string& bytes) const
     {
-        const std::filesystem::path file = folder / name;
+        const std::filesystem::path file = folder / std::u8string(name.begin(), name.end());
         std::ofstream(file, std::ios::binary) << bytes;
         return file;
     }
 
     int upload(const std::filesystem::path& file)
     {
-        return client.SetSpaceIcon("c&1"_w, "w é"_w, wide(utf8(file)), url);
+        return client.SetSpaceIcon("c&1"_w, "w&<é"_w, wide(utf8(file)), url);
     }
 
     /// Fetches a picture of that name.

@@ -1,6 +1,10 @@
 // The picture of a workspace on its way up, as a multipart form, and down, into a file.
+#include <utility>
+
 #include "pvutil/HttpClient.h"
 #include "tests/client/IconFixture.h"
+#include "tests/support/LogLines.h"
+#include "tests/support/TestSystem.h"
 #include "tests/support/TraceLines.h"
 
 namespace {
@@ -16,6 +20,11 @@ std::string field(const std::string& name, const std::string& value)
     return "--" + kBoundary + "\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n\r\n" + value + "\r\n";
 }
 
+std::vector<std::string> enterAndLeave(const std::string& operation)
+{
+    return {"9 Debug: ---->>>> Enter CWapiClient::" + operation, "9 Debug: <<<<---- Leave CWapiClient::" + operation};
+}
+
 }  // namespace
 
 TEST_F(IconTest, GoesUpByteForByte)
@@ -24,7 +33,7 @@ TEST_F(IconTest, GoesUpByteForByte)
                       "<return><url>http://h/i?a=1&amp;b=2</url></return>"
                       "<securityContext><cred>other</cred></securityContext>"));
     client.setRootCred("own"_w);
-    const std::string file = utf8(write("my icon.png", kPicture));
+    const std::string file = utf8(write("bild é𝄞.png", kPicture));
     ASSERT_EQ(upload(file), 1);
     EXPECT_EQ(narrow(url), "http://h/i?a=1&b=2");
     EXPECT_EQ(narrow(client.getRootCred()), "own");
@@ -34,8 +43,8 @@ TEST_F(IconTest, GoesUpByteForByte)
     EXPECT_EQ(request.target, "/kznconnect/upload.do?");
     EXPECT_EQ(request.header("Content-Type"), "multipart/form-data; boundary=" + kBoundary);
     const std::string xml =
-        "<code><workspaceID>w é</workspaceID><dmsURL>" + server.address("/kzndms") + "</dmsURL></code>";
-    EXPECT_EQ(request.body, field("cred", "c&1") + field("name", "my icon.png") + field("cmd", "execute") +
+        "<code><workspaceID>w&<é</workspaceID><dmsURL>" + server.address("/kzndms") + "</dmsURL></code>";
+    EXPECT_EQ(request.body, field("cred", "c&1") + field("name", "bild é𝄞.png") + field("cmd", "execute") +
                                 field("task", "ManageSpaceIcon") + field("xml", xml) + field("fileFields", "theFile") +
                                 "--" + kBoundary + "\r\nContent-Disposition: form-data; name=\"theFile\"; filename=\"" +
                                 file + "\"\r\nContent-Type: image/jpeg\r\n\r\n" + kPicture + "\r\n--" + kBoundary +
@@ -54,13 +63,34 @@ TEST_F(IconTest, TracesTheReplyAndNotTheBody)
                                         "9 Debug: <<<<---- Leave CWapiClient::SetSpaceIcon"}));
 }
 
+TEST_F(IconTest, IsToldByTheReplyWhateverItsStatus)
+{
+    for (const int status : {500, 404, 202}) {
+        server.reply(status, "text/xml", resultReply("SUCCESS", "<return><url>kept</url></return>"));
+        EXPECT_EQ(upload(write("a.png", kPicture)), 1) << status;
+        EXPECT_EQ(narrow(std::exchange(url, {})), "kept");
+        EXPECT_EQ(client.getNetworkError(), 0);
+    }
+}
+
+TEST_F(IconTest, IsNotLogged)
+{
+    const LogLines log(logFile());
+    reply(resultReply("SUCCESS"));
+    ASSERT_EQ(upload(write("a.png", kPicture)), 1);
+    ASSERT_EQ(download("logged-" + std::to_string(server.port())), 1);
+    fs::remove(narrow(path));
+    EXPECT_TRUE(log.sinceMade().empty());
+    EXPECT_EQ(client.callWapi({}, {}), 0);
+    EXPECT_FALSE(log.sinceMade().empty()) << "the log stands elsewhere";
+}
+
 TEST_F(IconTest, TracesNothingOfItsOwnOnItsWayDown)
 {
     const std::string name = "traced-" + std::to_string(server.port());
-    TraceLines lines;
+    const TraceLines lines;
     ASSERT_EQ(download(name), 1);
-    EXPECT_EQ(lines.all(), (std::vector<std::string>{"9 Debug: ---->>>> Enter CWapiClient::GetSpaceIcon",
-                                                     "9 Debug: <<<<---- Leave CWapiClient::GetSpaceIcon"}));
+    EXPECT_EQ(TraceLines::all(), enterAndLeave("GetSpaceIcon"));
     fs::remove(narrow(path));
 }
 
@@ -130,19 +160,31 @@ TEST_F(IconTest, SaysWhereItCouldNotGo)
 {
     const std::string base = "http://127.0.0.1:" + std::to_string(kzn::test::CaptureServer::closedPort());
     CWapiClient away(wide(base + "/kznconnect/op.do"));
+    const TraceLines lines;
     EXPECT_EQ(away.SetSpaceIcon("c"_w, "w"_w, wide(utf8(write("a.png", kPicture))), url), 0);
     EXPECT_EQ(narrow(away.GetLstMsg().reason),
               "Network error. Unable to connect to " + base + "/kznconnect/upload.do?");
     EXPECT_EQ(away.getNetworkError(), 1);
+    EXPECT_EQ(TraceLines::all(), enterAndLeave("SetSpaceIcon"));
 }
 
 TEST_F(IconTest, IsNotSentWhenItCannotBeRead)
 {
     for (const fs::path& file : {folder / "missing.png", folder}) {
+        const TraceLines lines;
         EXPECT_EQ(upload(file), 0) << file;
         EXPECT_NE(reason().find(utf8(file)), std::string::npos) << file;
+        EXPECT_EQ(TraceLines::all(), enterAndLeave("SetSpaceIcon"));
     }
     EXPECT_EQ(requestCount(), 0U);
+}
+
+TEST_F(IconTest, SaysNothingOfTheNetworkWhenItCannotBeRead)
+{
+    server.script(kzn::test::Script().send("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf").close());
+    EXPECT_EQ(upload(write("a.png", kPicture)), 0);
+    EXPECT_EQ(upload(folder / "missing.png"), 0);
+    EXPECT_EQ(client.getNetworkError(), 1) << "nothing was sent that could have found it";
 }
 
 TEST_F(IconTest, IsRefusedByAServiceThatTakesNoneSoLarge)
@@ -240,6 +282,35 @@ TEST_F(IconTest, ComesDownIntoTheTemporaryFolder)
     fs::remove(file);
 }
 
+TEST_F(IconTest, IsAskedForBehindWhateverItsAddressHolds)
+{
+    const std::string name = "asked-" + std::to_string(server.port());
+    server.reply(200, "image/png", kPicture);
+    ASSERT_EQ(client.GetSpaceIcon({}, server.url("/" + name + "?a=1"), path), 1);
+    EXPECT_EQ(server.requests().back().target, "/" + name + "?a=1?cred=");
+    EXPECT_EQ(utf8(fs::path(narrow(path)).filename()), name);
+    fs::remove(narrow(path));
+}
+
+TEST_F(IconTest, MayBeEmptyWhenItComesDown)
+{
+    ASSERT_EQ(download("empty-" + std::to_string(server.port()), ""), 1);
+    EXPECT_EQ(fs::file_size(narrow(path)), 0U);
+    fs::remove(narrow(path));
+}
+
+TEST_F(IconTest, MayBeStoppedOnItsWayDown)
+{
+    std::size_t whole = 0;
+    client.onTransferProgress([&](std::size_t, std::size_t all) {
+        whole = all;
+        return false;
+    });
+    EXPECT_EQ(download("stopped-" + std::to_string(server.port()), std::string(1 << 20, 'x')), 0);
+    EXPECT_EQ(narrow(path), "before");
+    EXPECT_EQ(whole, std::size_t{1} << 20);
+}
+
 TEST_F(IconTest, MayHaveANameAsLongAsTheSystemAllows)
 {
     const std::string name = std::string(240, 'n') + std::to_string(server.port());
@@ -271,7 +342,9 @@ TEST_F(IconTest, IsNoIconWhereTheServiceHasNone)
 TEST_F(IconTest, SaysWhereItCouldNotComeFrom)
 {
     const std::string address = "http://127.0.0.1:" + std::to_string(kzn::test::CaptureServer::closedPort()) + "/a.png";
+    const TraceLines lines;
     EXPECT_EQ(client.GetSpaceIcon("c"_w, wide(address), path), 0);
+    EXPECT_EQ(TraceLines::all(), enterAndLeave("GetSpaceIcon"));
     EXPECT_EQ(narrow(path), "before");
     EXPECT_EQ(reason(), "Network error. Unable to connect to " + address + "?cred=c");
     EXPECT_EQ(client.getNetworkError(), 1);

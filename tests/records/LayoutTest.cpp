@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <type_traits>
 
 #include "client/WapiClient.h"
 #include "tests/support/Text.h"
@@ -136,6 +137,18 @@ TEST(Layout, OfCounts)
     EXPECT_EQ(c.count, 0);
     EXPECT_EQ(c.activeMembersCount, 0);
     EXPECT_EQ(c.unreadMessageCount, 0);
+}
+
+TEST(Layout, OfClasses)
+{
+    EXPECT_TRUE(std::has_virtual_destructor_v<CZelTab>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<CZelMember>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<CZelSpaceInvite>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<CZelTemplateItem>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<CWapiClient>);
+    EXPECT_EQ(CZelTab().GetTabPos(), 0);
+    EXPECT_EQ(CWapiClient::WKSP_Field_Value().field, 0);
+    EXPECT_EQ(CWapiClient::USER_Field_Value().type, 0);
 }
 
 TEST(Layout, OfConstants)

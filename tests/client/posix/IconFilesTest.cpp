@@ -90,13 +90,15 @@ TEST_F(IconFilesTest, AreNoPipes)
     expectNotSent(pipe);
 }
 
-TEST_F(IconFilesTest, HaveNamesWithBackslashes)
+TEST_F(IconFilesTest, HaveNamesThatGoOutAsTheyStand)
 {
-    reply(resultReply("SUCCESS"));
-    const fs::path file = write("a\\b.png", "picture");
-    EXPECT_EQ(upload(file), 1);
-    EXPECT_NE(lastBody().find("name=\"name\"\r\n\r\na\\b.png\r\n"), std::string::npos);
-    EXPECT_NE(lastBody().find("filename=\"" + file.string() + "\""), std::string::npos);
+    for (const std::string name : {"a\\b.png", "a\"b\".png"}) {
+        reply(resultReply("SUCCESS"));
+        const fs::path file = write(name, "picture");
+        EXPECT_EQ(upload(file), 1);
+        EXPECT_NE(lastBody().find("name=\"name\"\r\n\r\n" + name + "\r\n"), std::string::npos);
+        EXPECT_NE(lastBody().find("filename=\"" + file.string() + "\"\r\n"), std::string::npos);
+    }
 }
 
 TEST_F(IconFilesTest, NeedATemporaryFolder)
