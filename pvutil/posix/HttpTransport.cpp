@@ -1,6 +1,10 @@
 #include "pvutil/HttpTransport.h"
 
 #include <curl/curl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -36,9 +40,22 @@ std::size_t firstSlot() noexcept
     return std::hash<std::thread::id>{}(std::this_thread::get_id()) % g_idle.size();
 }
 
+// Whether the connection that this thread closed last had been reset, which tells that the other end left with bytes
+// unread; one that read a whole request before it left ends the connection in order.
+thread_local constinit bool t_wasReset = false;
+
+int onClose(void*, curl_socket_t socket) noexcept
+{
+    tcp_info info{};
+    socklen_t size = sizeof info;
+    t_wasReset = ::getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &size) == 0 && info.tcpi_state == TCP_CLOSE;
+    return ::close(socket);
+}
+
 // What is the same for every exchange.
 void configure(CURL* easy) noexcept
 {
+    curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, onClose);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
     curl_easy_setopt(easy, CURLOPT_TCP_NODELAY, 1L);
@@ -73,6 +90,10 @@ void giveBack(Easy easy) noexcept
 class Run {
 public:
     Run(CURL* easy, HttpExchange& exchange) : easy_(easy), exchange_(exchange) {}
+
+    // Where a kept connection ends without an answer, libcurl asks again on a new one. That is right only if nobody can
+    // have acted on the first request.
+    bool mayAsk() const noexcept { return !isConnected_ || t_wasReset; }
 
     // The clock of silence runs while a connection stands; before that the time to connect is limited by itself.
     void connected() noexcept
@@ -131,11 +152,13 @@ public:
     void header(std::string_view line) noexcept
     {
         moved();
+        hasHeard_ = true;
         if (line.starts_with("HTTP/")) headStands_ = false;
         if (line == "\r\n" || line == "\n") headStands_ = true;
     }
 
     void moved() noexcept { lastMove_ = Clock::now(); }
+    bool hasHeard() const noexcept { return hasHeard_; }
     bool headStands() const noexcept { return headStands_; }
     bool hasBegun() const noexcept { return hasBegun_; }
 
@@ -149,6 +172,7 @@ private:
     curl_off_t down_ = 0;
     curl_off_t up_ = 0;
     bool isConnected_ = false;
+    bool hasHeard_ = false;
     bool headStands_ = false;
     bool hasBegun_ = false;
     Clock::time_point lastMove_ = Clock::now();
@@ -158,7 +182,9 @@ private:
 
 int onConnected(void* run, char*, char*, int, int) noexcept
 {
-    static_cast<Run*>(run)->connected();
+    auto& exchange = *static_cast<Run*>(run);
+    if (!exchange.mayAsk()) return CURL_PREREQFUNC_ABORT;
+    exchange.connected();
     return CURL_PREREQFUNC_OK;
 }
 
@@ -251,6 +277,22 @@ std::string valueOf(CURL* easy, const char* name)
     return header->value;
 }
 
+// libcurl asks again by itself where it finds a kept connection at its end, but not where it meets an error of it.
+bool wasKeptAndReset(CURL* easy, CURLcode code, const Run& run) noexcept
+{
+    long made = 1;
+    curl_easy_getinfo(easy, CURLINFO_NUM_CONNECTS, &made);
+    return (code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR) && made == 0 && t_wasReset && !run.hasHeard();
+}
+
+CURLcode ask(CURL* easy, Run& run) noexcept
+{
+    const CURLcode code = curl_easy_perform(easy);
+    if (!wasKeptAndReset(easy, code, run)) return code;
+    run.rewind();
+    return curl_easy_perform(easy);
+}
+
 bool perform(CURL* easy, HttpExchange& exchange)
 {
     const HeaderList headers = headerList(exchange);
@@ -262,7 +304,7 @@ bool perform(CURL* easy, HttpExchange& exchange)
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers.get());
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(exchange.limits.replyBytes));
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(exchange.limits.connect.count()));
-    const bool whole = curl_easy_perform(easy) == CURLE_OK && run.headStands() && (run.hasBegun() || run.begin());
+    const bool whole = ask(easy, run) == CURLE_OK && run.headStands() && (run.hasBegun() || run.begin());
     if (whole) {
         exchange.contentType = valueOf(easy, "Content-Type");
         exchange.location = valueOf(easy, "Location");

@@ -170,6 +170,12 @@ bool lengthOf(HINTERNET request, std::optional<std::uint64_t>& length)
     return error == std::errc() && end == digits.data() + digits.size();
 }
 
+// No more than what was declared is asked for: some versions of the system's HTTP wait for what follows behind it.
+DWORD pieceOf(std::size_t room, const std::optional<std::uint64_t>& length, std::size_t done) noexcept
+{
+    return static_cast<DWORD>(std::min<std::uint64_t>(room, length ? *length - done : room));
+}
+
 bool receive(HINTERNET request, HttpExchange& exchange)
 {
     if (!WinHttpReceiveResponse(request, nullptr) || !headStands(request)) return false;
@@ -179,11 +185,14 @@ bool receive(HINTERNET request, HttpExchange& exchange)
     exchange.location = headerOf(request, WINHTTP_QUERY_LOCATION);
 
     std::array<char, 16384> buffer;
-    for (DWORD count = 1; count != 0;) {
-        if (!WinHttpReadData(request, buffer.data(), static_cast<DWORD>(buffer.size()), &count)) return false;
-        if (count != 0 && !exchange.receive({buffer.data(), count})) return false;
+    while (!length || exchange.reply.size() < *length) {
+        DWORD count = 0;
+        if (!WinHttpReadData(request, buffer.data(), pieceOf(buffer.size(), length, exchange.reply.size()), &count))
+            return false;
+        if (count == 0) return !length;
+        if (!exchange.receive({buffer.data(), count})) return false;
     }
-    return !length || exchange.reply.size() == *length;
+    return true;
 }
 
 enum class Outcome { whole, failed, sendAgain };

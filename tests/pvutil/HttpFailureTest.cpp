@@ -45,6 +45,22 @@ TEST_F(HttpFailure, NobodyListens)
     EXPECT_EQ(get(nobody), -1);
 }
 
+// Whoever read the whole request may have acted on it.
+TEST_F(HttpFailure, KeptConnectionThatEndsUnansweredIsNotAskedAgain)
+{
+    server.otherwise(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(post("first"), 200);
+    server.script(Script().close());
+    EXPECT_EQ(post("second"), -1);
+    expectNoReply();
+    EXPECT_EQ(server.requests().size(), 2U);
+    EXPECT_EQ(post("third"), 200);
+
+    server.script(Script().close());
+    EXPECT_EQ(getPath("/"), -1);
+    EXPECT_EQ(server.requests().size(), 4U);
+}
+
 TEST_F(HttpFailure, NothingIsLeftOfTheReplyBefore)
 {
     server.reply(200, "text/xml", "<before/>");
@@ -54,6 +70,15 @@ TEST_F(HttpFailure, NothingIsLeftOfTheReplyBefore)
     std::string_view utf8 = "left over";
     client.ResponseUtf8(utf8);
     EXPECT_EQ(utf8, "");
+}
+
+TEST_F(HttpFailure, BytesBehindTheDeclaredLengthAreNotWaitedFor)
+{
+    server.script(Script().send("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\n<a/>\r\n").stall());
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(post("a=b"), 200);
+    EXPECT_EQ(text(), "<a/>");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 10s);
 }
 
 TEST_F(HttpFailure, AddressIsNone)

@@ -142,6 +142,14 @@ private:
     {
         if (script_.end() == Script::End::serveOn) return read();
         if (script_.end() == Script::End::close) close();
+        if (script_.end() == Script::End::reset) reset();
+    }
+
+    void reset()
+    {
+        error_code ignored;
+        socket_.set_option(asio::socket_base::linger(true, 0), ignored);
+        socket_.close(ignored);
     }
 
     tcp::socket socket_;
@@ -182,6 +190,12 @@ Script& Script::pause(std::chrono::milliseconds time)
 Script& Script::close()
 {
     end_ = End::close;
+    return *this;
+}
+
+Script& Script::reset()
+{
+    end_ = End::reset;
     return *this;
 }
 

@@ -40,12 +40,14 @@ public:
         std::chrono::milliseconds pause{0};
         std::string bytes;
     };
-    enum class End { serveOn, close, stall };
+    enum class End { serveOn, close, reset, stall };
 
     Script& send(std::string bytes);
     Script& pause(std::chrono::milliseconds time);
     /// The connection is closed: after `send` a reply cut off, alone no reply at all.
     Script& close();
+    /// The connection is reset, as by a server that leaves with bytes unread.
+    Script& reset();
     /// Nothing more is sent, and nothing is closed.
     Script& stall();
 

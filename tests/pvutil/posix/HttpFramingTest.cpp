@@ -30,6 +30,19 @@ TEST_F(HttpFraming, PassesOverInterimReplies)
     EXPECT_EQ(post("a=b"), -1);
 }
 
+// A server that leaves with bytes unread has not acted on the request: it is asked once more.
+TEST_F(HttpFraming, KeptConnectionThatIsResetIsAskedAgain)
+{
+    server.script(Script().reset());
+    server.otherwise(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(post("new connection"), -1);
+    EXPECT_EQ(post("a=b"), 200);
+    server.script(Script().reset());
+    EXPECT_EQ(post("c=d"), 200);
+    EXPECT_EQ(server.requests().size(), 4U);
+    EXPECT_EQ(server.connections(), 3U);
+}
+
 TEST_F(HttpFraming, ReadsChunksCutAnywhere)
 {
     const std::string whole = head + "3\r\n<a>\r\nA;x=y\r\n0123456789\r\n4\r\n</a>\r\n0\r\n\r\n";
