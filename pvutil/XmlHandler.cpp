@@ -24,6 +24,9 @@ struct FreeParser {
 };
 using Parser = std::unique_ptr<XML_ParserStruct, FreeParser>;
 
+// Every open element takes memory: a reply of nothing but openings would take a hundred times its size.
+constexpr std::size_t kDeepest = 1'000'000;
+
 // Expat has an integer type of its own for the same 16-bit units.
 const CharT* units(const XML_Char* text) noexcept
 {
@@ -117,7 +120,7 @@ private:
     {
         XmlPathNode* child = outside_ == 0 ? cursor_->find(name) : nullptr;
         if (!child) {
-            ++outside_;
+            if (++outside_ > kDeepest) XML_StopParser(parser_.get(), XML_FALSE);
             return;
         }
         cursor_ = child;

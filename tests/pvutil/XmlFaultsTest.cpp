@@ -233,13 +233,26 @@ std::string repeated(const std::string& text, int times)
     return all;
 }
 
-TEST(DeepText, IsReadAtAnyDepth)
+TEST(DeepText, IsReadAtGreatDepth)
 {
     constexpr int kDeep = 100'000;
     XmlRecorder handler({"/a/a/a/", "/a/a/b/"});
     const std::string close = repeated("</a>", kDeep - 2) + "<b>2</b></a></a>";
     EXPECT_EQ(handler.parse("<a><a><a>1" + repeated("<a>", kDeep - 3) + close), 1);
     EXPECT_EQ(handler.texts(), "1|2");
+}
+
+TEST(DeepText, EndsAtAMillionElementsInsideOneAnother)
+{
+    constexpr int kDeepest = 1'000'000;
+    XmlRecorder handler({"/a/", "/a/b/"});
+    const auto nested = [](int times) {
+        return "<a><b>1</b>" + repeated("<c>", times) + repeated("</c>", times) + "<b>2</b></a>";
+    };
+    EXPECT_EQ(handler.parse(nested(kDeepest)), 1);
+    EXPECT_EQ(handler.texts(), "|2");
+    EXPECT_EQ(handler.parse(nested(kDeepest + 1)), 0);
+    EXPECT_EQ(handler.texts(), "|1");
 }
 
 TEST(DeepText, IsOneFaultWhereItNeverEnds)
