@@ -1,8 +1,12 @@
 // Inviting people, withdrawing an invitation and answering one.
+#include <map>
+#include <utility>
+
 #include "client/Operation.h"
 #include "records/Members.h"
 
 using namespace wapi;
+using kzn::pvutil::stringex::CStringView;
 
 namespace {
 
@@ -54,25 +58,28 @@ void writeInvitation(FormBody& body, const SPACEINVT& invitation, const CStringT
     body.more("</invite>");
 }
 
+void keepResult(SPACEINVT& invitation, SPACEINVT& result) noexcept
+{
+    if (!result.status.empty()) invitation.status.swap(result.status);
+    invitation.userID.swap(result.userID);
+    invitation.userName.swap(result.userName);
+    invitation.inviteType.swap(result.inviteType);
+    invitation.emailSent.swap(result.emailSent);
+    invitation.email.swap(result.email);
+}
+
 // Each result goes to the first invitation of its workspace and invitee that has none yet.
 void keepResults(std::vector<SPACEINVT>& invitations, std::vector<SPACEINVT>& results)
 {
-    std::vector<bool> matched(invitations.size());
-    for (SPACEINVT& result : results) {
-        std::size_t i = 0;
-        while (i < invitations.size() &&
-               (matched[i] || invitations[i].workspaceID != result.workspaceID || invitations[i].user != result.user))
-            ++i;
-        if (i == invitations.size()) continue;
-        matched[i] = true;
+    std::map<std::pair<CStringView, CStringView>, std::vector<SPACEINVT*>> waiting;
+    for (auto invitation = invitations.rbegin(); invitation != invitations.rend(); ++invitation)
+        waiting[{invitation->workspaceID, invitation->user}].push_back(&*invitation);
 
-        SPACEINVT& invitation = invitations[i];
-        if (!result.status.empty()) invitation.status.swap(result.status);
-        invitation.userID.swap(result.userID);
-        invitation.userName.swap(result.userName);
-        invitation.inviteType.swap(result.inviteType);
-        invitation.emailSent.swap(result.emailSent);
-        invitation.email.swap(result.email);
+    for (SPACEINVT& result : results) {
+        const auto found = waiting.find({result.workspaceID, result.user});
+        if (found == waiting.end() || found->second.empty()) continue;
+        keepResult(*found->second.back(), result);
+        found->second.pop_back();
     }
 }
 

@@ -43,3 +43,21 @@ TEST_F(MembersTest, TenThousandMembersKeepTheirOrder)
         ASSERT_EQ(members[i].role, i % 2 == 0 ? 2 : 1) << i;
     }
 }
+
+// Results in any order, and results of nobody: looking each one up must not take time of its own for every invitation.
+TEST_F(MembersTest, TenThousandInvitationsGetTheirResults)
+{
+    constexpr int kMany = 10'000;
+    std::vector<SPACEINVT> invitations(kMany);
+    std::string results;
+    for (int i = 0; i < kMany; ++i) {
+        const std::string user = std::to_string(i);
+        invitations[static_cast<std::size_t>(i)].workspaceID = "w"_w;
+        invitations[static_cast<std::size_t>(i)].user = wide(user);
+        results.insert(0, "<invite><workspaceID>w</workspaceID><user>" + user + "</user><userID>u" + user +
+                              "</userID></invite><invite><workspaceID>w</workspaceID><user>x</user></invite>");
+    }
+    reply(resultReply("SUCCESS", "<return><invitationResults>" + results + "</invitationResults></return>"));
+    ASSERT_EQ(client.inviteMembers("c"_w, invitations, {}), 1);
+    for (const SPACEINVT& invitation : invitations) ASSERT_EQ(invitation.userID, "u"_w + invitation.user);
+}
