@@ -33,8 +33,8 @@ TEST_F(IconTest, GoesUpByteForByte)
                       "<return><url>http://h/i?a=1&amp;b=2</url></return>"
                       "<securityContext><cred>other</cred></securityContext>"));
     client.setRootCred("own"_w);
-    const std::string file = utf8(write("bild é𝄞.png", kPicture));
-    ASSERT_EQ(upload(file), 1);
+    const fs::path picture = write("bild é𝄞.png", kPicture);
+    ASSERT_EQ(upload(picture), 1);
     EXPECT_EQ(narrow(url), "http://h/i?a=1&b=2");
     EXPECT_EQ(narrow(client.getRootCred()), "own");
 
@@ -47,8 +47,8 @@ TEST_F(IconTest, GoesUpByteForByte)
     EXPECT_EQ(request.body, field("cred", "c&1") + field("name", "bild é𝄞.png") + field("cmd", "execute") +
                                 field("task", "ManageSpaceIcon") + field("xml", xml) + field("fileFields", "theFile") +
                                 "--" + kBoundary + "\r\nContent-Disposition: form-data; name=\"theFile\"; filename=\"" +
-                                file + "\"\r\nContent-Type: image/jpeg\r\n\r\n" + kPicture + "\r\n--" + kBoundary +
-                                "--");
+                                utf8(picture) + "\"\r\nContent-Type: image/jpeg\r\n\r\n" + kPicture + "\r\n--" +
+                                kBoundary + "--");
 }
 
 TEST_F(IconTest, TracesTheReplyAndNotTheBody)
