@@ -77,7 +77,8 @@ public:
     /// Why the last request failed; cleared by one that succeeds.
     WAPIMESSAGE GetLstMsg();
 
-    /// 1 when the last request reached no server at all, 0 when it got any reply.
+    /// 1 when the last request got no whole reply: no server was reached, the connection broke, or the host stopped
+    /// the transfer itself. 0 when it got any reply.
     int getNetworkError() const;
 
     /// The period of the timer in milliseconds: one hour until getSessionInfo has read half the session's duration.
@@ -199,8 +200,8 @@ public:
     /// The timer is not re-armed.
     int GetSpaceIcon(const CStringT& cred, const CStringT& iconURL, CStringT& localPath);
 
-    /// Told of the bytes done and the whole (0 while unknown) as a picture goes up or comes down; false ends the
-    /// transfer. It must not throw.
+    /// Told of the bytes done and the whole (0 while unknown) as a picture goes up or comes down. False ends the
+    /// transfer, which then fails like one whose connection broke. It must not throw; a copy of the client has it too.
     using TransferProgress = std::function<bool(std::size_t done, std::size_t whole)>;
     void onTransferProgress(TransferProgress progress);
 
@@ -338,6 +339,7 @@ public:
     int getSpaceNotify(const CStringT& cred, std::vector<SPACE_COUNT_ITEM>& items);
 
     /// The same task with the unread messages and active members of each workspace: the activity values come back.
+    /// Re-arms the timer.
     int getSpaceActivity(const CStringT& cred, std::vector<SPACE_COUNT_ITEM>& items);
 
     /// Sends cmd=execute, task=SendNotificationEvent. A value that is no event is refused without a request, with a
