@@ -20,6 +20,16 @@ std::string credOf(const std::string& body)
 
 TEST_F(CopyTest, CarriesEverythingTheClientHolds)
 {
+    const auto identify = [&](CWapiClient& of, const std::string& name) {
+        reply(resultReply("SUCCESS", "<return><user><userID>user " + name +
+                                         "</userID><namespaces><namespace><namespaceID>space " + name +
+                                         "</namespaceID></namespace></namespaces></user></return>"));
+        CUserConfigInfo info;
+        ASSERT_EQ(of.getUserConfigureInfo({}, info), 1);
+    };
+    CWapiClient assigned(server.url("/other"));
+    identify(assigned, "other");
+    identify(client, "é");
     shortenInterval(client, 5000ms);
     client.setRootCred("cred é"_w);
     reply(
@@ -27,7 +37,6 @@ TEST_F(CopyTest, CarriesEverythingTheClientHolds)
         "kznapi>");
     ASSERT_EQ(client.callWapi({}, "cmd=x"_w), 0);
 
-    CWapiClient assigned("http://other/x"_w);
     assigned = client;
     CWapiClient copied(client);
     for (CWapiClient* copy : {&copied, &assigned}) {
@@ -36,8 +45,8 @@ TEST_F(CopyTest, CarriesEverythingTheClientHolds)
         EXPECT_EQ(copy->getUploadURL(), client.getUploadURL());
         EXPECT_EQ(copy->getDmsURL(), client.getDmsURL());
         EXPECT_EQ(narrow(copy->getRootCred()), "cred é");
-        EXPECT_EQ(copy->getUserID(), client.getUserID());
-        EXPECT_EQ(copy->getNamespaceID(), client.getNamespaceID());
+        EXPECT_EQ(narrow(copy->getUserID()), "user é");
+        EXPECT_EQ(narrow(copy->getNamespaceID()), "space é");
         EXPECT_EQ(copy->getRefreshInterval(), 5000U);
         EXPECT_EQ(copy->getNetworkError(), 0);
         EXPECT_EQ(narrow(copy->GetLstMsg().reason), "why");

@@ -237,6 +237,16 @@ TEST_F(IconTest, MayBeStoppedOnItsWayUp)
     EXPECT_EQ(client.getNetworkError(), 1);
 }
 
+TEST_F(IconTest, IsWatchedByACopyToo)
+{
+    reply(resultReply("SUCCESS"));
+    std::size_t last = 0;
+    client.onTransferProgress([&](std::size_t done, std::size_t) { return (last = done) != 0; });
+    CWapiClient copy(client);
+    EXPECT_EQ(copy.SetSpaceIcon("c"_w, "w"_w, wide(utf8(write("a.png", kPicture))), url), 1);
+    EXPECT_EQ(last, lastBody().size());
+}
+
 TEST_F(IconTest, SaysThatTheConnectionBrokeOnItsWayUp)
 {
     otherwise(resultReply("SUCCESS"));

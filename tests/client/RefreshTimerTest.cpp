@@ -1,4 +1,5 @@
 // The timer that keeps the session alive, ticking for real.
+#include "pvtrace/pvtrace.h"
 #include "tests/client/ClientFixture.h"
 #include "tests/client/TimedOperations.h"
 #include "tests/support/TraceLines.h"
@@ -109,6 +110,46 @@ TEST_F(RefreshTimerTest, DoesNotStartWithAFailedLogin)
     otherwise(resultReply("FAILURE"));
     ASSERT_EQ(client.login({}, {}, {}, {}, 0, 1), 0);
     EXPECT_TRUE(staysQuiet());
+}
+
+TEST_F(RefreshTimerTest, GoesOnThroughALogoutAndAFailedLogin)
+{
+    shortenInterval(client, 50ms);
+    rearm(client);
+    otherwise(resultReply("FAILURE"));
+    client.logout({});
+    EXPECT_TRUE(nextTickComes());
+    EXPECT_EQ(client.login({}, {}, {}, {}, 0, 1), 0);
+    EXPECT_TRUE(nextTickComes());
+    CStringT cred;
+    EXPECT_EQ(client.getCredForExpired(cred, {}, {}, {}, {}, 0), 0);
+    EXPECT_TRUE(nextTickComes());
+}
+
+namespace {
+
+int ticksAtEnter = 0;
+
+/// Takes longer than the interval when an operation is entered, and sees what is due then.
+void dawdle(int, const kzn::pvutil::stringex::CharT* text)
+{
+    if (narrow(text).find("Enter CWapiClient::getTabs") == std::string::npos) return;
+    PvTraceSetSink(nullptr);
+    std::this_thread::sleep_for(60ms);
+    ticksAtEnter = kzn::pvutil::DispatchPendingMessages();
+}
+
+}  // namespace
+
+TEST_F(RefreshTimerTest, IsArmedBeforeTheOperationIsTraced)
+{
+    shortenInterval(client, 20ms);
+    ticksAtEnter = 0;
+    PvTraceSetSink(&dawdle);
+    std::vector<CZelTab> tabs;
+    client.getTabs({}, {}, tabs);
+    PvTraceSetSink(nullptr);
+    EXPECT_EQ(ticksAtEnter, 1);
 }
 
 TEST_F(RefreshTimerTest, StartsWithALoginAndUsesItsCredential)

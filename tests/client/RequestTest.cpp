@@ -17,7 +17,19 @@ struct CWapiClientTestPeer {
 
     static int doRequest(CWapiClient& client, const CStringT& body, CXMLWapiCommonResponse& parser)
     {
-        return client.doRequest(client.getOpURL(), body, parser, CWapiClient::METHOD_POST);
+        return doRequestTo(client, client.getOpURL(), body, parser);
+    }
+
+    static int doRequestTo(CWapiClient& client, const CStringT& url, const CStringT& body,
+                           CXMLWapiCommonResponse& parser)
+    {
+        return client.doRequest(url, body, parser, CWapiClient::METHOD_POST);
+    }
+
+    static int doRequestTo(CWapiClient& client, const CStringT& url, const CStringT& body, CStringT& reply,
+                           CXMLWapiCommonResponse& parser)
+    {
+        return client.doRequest(url, body, reply, parser, CWapiClient::METHOD_POST, {});
     }
 };
 
@@ -88,6 +100,23 @@ TEST_F(RequestTest, LeavesTheReplyAloneWithoutAConnection)
     EXPECT_EQ(text, "before"_w);
     EXPECT_EQ(parser.result, "before"_w) << "the parser is not called";
     EXPECT_EQ(stranded.getNetworkError(), 1);
+}
+
+TEST_F(RequestTest, GoesToTheAddressItIsGivenAndNamesIt)
+{
+    CStringT text;
+    CXMLWapiCommonResponse parser;
+    otherwise(resultReply("SUCCESS"));
+    EXPECT_EQ(Peer::doRequestTo(client, server.url("/first"), "a=b"_w, parser), 1);
+    EXPECT_EQ(server.requests().back().target, "/first");
+    EXPECT_EQ(Peer::doRequestTo(client, server.url("/second"), "a=b"_w, text, parser), 1);
+    EXPECT_EQ(server.requests().back().target, "/second");
+
+    const std::string nobody = "http://127.0.0.1:" + std::to_string(kzn::test::CaptureServer::closedPort()) + "/third";
+    EXPECT_EQ(Peer::doRequestTo(client, wide(nobody), "a=b"_w, parser), 0);
+    EXPECT_EQ(narrow(client.GetLstMsg().reason), "Network error. Unable to connect to" + nobody);
+    EXPECT_EQ(Peer::doRequestTo(client, wide(nobody), "a=b"_w, text, parser), 0);
+    EXPECT_EQ(narrow(client.GetLstMsg().reason), "Network error. Unable to connect to" + nobody);
 }
 
 TEST_F(RequestTest, IsTheSameInItsShortShape)

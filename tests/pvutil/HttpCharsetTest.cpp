@@ -28,10 +28,10 @@ protected:
 
 TEST_F(HttpCharset, Utf8IsTakenWhereNothingElseIsDeclared)
 {
-    for (const auto* type :
-         {"", "text/xml", "text/xml; charset=utf-8", "text/xml; charset=UTF-8", "text/xml;charset=\"utf-8\"",
-          "text/xml; charset=koi8-r", "text/xml; charset=", "text/xml; charset", "text/xml; boundary=x",
-          "charset=utf-16", "text/xml; xcharset=utf-16", "text/xml; a=\"; charset=utf-16\"", ";;;="})
+    for (const auto* type : {"", "text/xml", "text/xml; charset=utf-8", "text/xml; charset=UTF-8",
+                             "text/xml;charset=\"utf-8\"", "text/xml; charset=koi8-r", "text/xml; charset=",
+                             "text/xml; charset", "text/xml; boundary=x", "charset=utf-16", "text/xml; xcharset=utf-16",
+                             "text/xml; a=\"; charset=utf-16\"", "text/xml; a=\"; charset=utf-16; b\"", ";;;="})
         EXPECT_EQ(read(type, "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"), "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"_w) << type;
 }
 

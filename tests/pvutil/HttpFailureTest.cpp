@@ -6,6 +6,9 @@
 namespace kzn::test {
 namespace {
 
+static_assert(HttpLimits{}.connect == 15s && HttpLimits{}.silence == 60s && HttpLimits{}.replyBytes == 64 << 20 &&
+              HttpLimits{}.redirects == 5);
+
 class HttpFailure : public HttpFixture {
 protected:
     // A reply that is never whole, however often it is asked for; the next request must not meet what is left of it.
