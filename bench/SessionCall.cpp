@@ -1,5 +1,6 @@
 // A whole call of the client, log and trace included, against the same post by one libcurl handle that is kept.
 #include <curl/curl.h>
+#include <sched.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -34,6 +35,16 @@ std::size_t keep(const char* bytes, std::size_t one, std::size_t count, void* re
 {
     static_cast<std::string*>(reply)->append(bytes, one * count);
     return one * count;
+}
+
+// Client and server take turns on one processor. On two, either side may pay for waking an idle one, which takes longer
+// than the whole call.
+void stayOnOneProcessor(Report& report)
+{
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(static_cast<std::size_t>(sched_getcpu()), &one);
+    report.require(sched_setaffinity(0, sizeof one, &one) == 0, "the program cannot stay on one processor");
 }
 
 // The peer: the least that a caller of libcurl does for the same post and the same reply in memory.
@@ -105,6 +116,7 @@ void compareCalls(Report& report, const LoopbackServer& server, CWapiClient& cli
 int main(int argc, char** argv)
 {
     Report report(argc, argv);
+    stayOnOneProcessor(report);  // before the server's process is made, so that it stays there too
     const LoopbackServer server(kReply);
     CWapiClient client(FromUtf8(server.url()));
     const CStringT cred = FromUtf8(kCred);
