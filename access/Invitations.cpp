@@ -1,5 +1,6 @@
 // Inviting people, withdrawing an invitation and answering one.
 #include <map>
+#include <ranges>
 #include <utility>
 
 #include "client/Operation.h"
@@ -72,8 +73,8 @@ void keepResult(SPACEINVT& invitation, SPACEINVT& result) noexcept
 void keepResults(std::vector<SPACEINVT>& invitations, std::vector<SPACEINVT>& results)
 {
     std::map<std::pair<CStringView, CStringView>, std::vector<SPACEINVT*>> waiting;
-    for (auto invitation = invitations.rbegin(); invitation != invitations.rend(); ++invitation)
-        waiting[{invitation->workspaceID, invitation->user}].push_back(&*invitation);
+    for (SPACEINVT& invitation : std::views::reverse(invitations))
+        waiting[{invitation.workspaceID, invitation.user}].push_back(&invitation);
 
     for (SPACEINVT& result : results) {
         const auto found = waiting.find({result.workspaceID, result.user});
