@@ -1,6 +1,6 @@
 // Inviting people, withdrawing an invitation and answering one.
 #include <map>
-#include <ranges>
+#include <queue>
 #include <utility>
 
 #include "client/Operation.h"
@@ -72,15 +72,14 @@ void keepResult(SPACEINVT& invitation, SPACEINVT& result) noexcept
 // Each result goes to the first invitation of its workspace and invitee that has none yet.
 void keepResults(std::vector<SPACEINVT>& invitations, std::vector<SPACEINVT>& results)
 {
-    std::map<std::pair<CStringView, CStringView>, std::vector<SPACEINVT*>> waiting;
-    for (SPACEINVT& invitation : std::views::reverse(invitations))
-        waiting[{invitation.workspaceID, invitation.user}].push_back(&invitation);
+    std::map<std::pair<CStringView, CStringView>, std::queue<SPACEINVT*>> waiting;
+    for (SPACEINVT& invitation : invitations) waiting[{invitation.workspaceID, invitation.user}].push(&invitation);
 
     for (SPACEINVT& result : results) {
         const auto found = waiting.find({result.workspaceID, result.user});
         if (found == waiting.end() || found->second.empty()) continue;
-        keepResult(*found->second.back(), result);
-        found->second.pop_back();
+        keepResult(*found->second.front(), result);
+        found->second.pop();
     }
 }
 
