@@ -90,10 +90,17 @@ Handle start(const std::string& program, const std::vector<std::string>& words, 
     setup.hStdOutput = out;
     setup.hStdError = err;
     PROCESS_INFORMATION child{};
-    if (!CreateProcessW(FromUtf8(program).c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
-                        settings.data(), nullptr, &setup, &child)) {
-        throw std::runtime_error(program + " cannot be started");
+    const auto begin = [&] {
+        return CreateProcessW(FromUtf8(program).c_str(), line.data(), nullptr, nullptr, TRUE,
+                              CREATE_UNICODE_ENVIRONMENT, settings.data(), nullptr, &setup, &child) != FALSE;
+    };
+    // Under Wine a start fails now and then, and goes well a moment later.
+    bool isStarted = begin();
+    for (int more = 0; more < 3 && !isStarted; ++more) {
+        Sleep(200);
+        isStarted = begin();
     }
+    if (!isStarted) throw std::runtime_error(program + " cannot be started: error " + std::to_string(GetLastError()));
     CloseHandle(child.hThread);
     return Handle(child.hProcess);
 }
