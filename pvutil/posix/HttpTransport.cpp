@@ -182,9 +182,9 @@ private:
 
 int onConnected(void* run, char*, char*, int, int) noexcept
 {
-    auto& exchange = *static_cast<Run*>(run);
-    if (!exchange.mayAsk()) return CURL_PREREQFUNC_ABORT;
-    exchange.connected();
+    auto& self = *static_cast<Run*>(run);
+    if (!self.mayAsk()) return CURL_PREREQFUNC_ABORT;
+    self.connected();
     return CURL_PREREQFUNC_OK;
 }
 

@@ -6,13 +6,13 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <regex>
 #include <sstream>
 #include <thread>
 
 #include "tests/client/WireOperations.h"
 #include "tests/support/CaptureServer.h"
+#include "tests/support/FileBytes.h"
 #include "tests/support/TestSystem.h"
 #include "tests/support/Text.h"
 
@@ -225,9 +225,7 @@ TEST(AllPairs, AreKeptAsTheyComeWhereAnIconIsFetched)
         CStringT path;
         ASSERT_EQ(client.GetSpaceIcon("c"_w, server.url("/all pairs " + std::to_string(server.port())), path), 1)
             << answered.operation;
-        std::ifstream in(narrow(path), std::ios::binary);
-        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), answered.reply) << answered.operation;
-        in.close();
+        EXPECT_EQ(bytesOf(narrow(path)), answered.reply) << answered.operation;
         fs::remove(narrow(path));
     }
 }

@@ -3,21 +3,15 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "tests/client/ClientFixture.h"
+#include "tests/support/FileBytes.h"
 
 inline std::string utf8(const std::filesystem::path& path)
 {
     const auto text = path.u8string();
     return {text.begin(), text.end()};
-}
-
-inline std::string bytesOf(const std::filesystem::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 class IconFixture : public ClientFixture {

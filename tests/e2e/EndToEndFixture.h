@@ -48,6 +48,17 @@ struct Listing {
     std::vector<CZelSpaceInvite> invitations;
 };
 
+/// The workspaces that the user keeps as favourites under the user's own ID.
+inline std::vector<CStringT> favouritesOf(CWapiClient& client, const std::string& userID)
+{
+    std::vector<space_t> spaces;
+    EXPECT_EQ(client.GetFavoriteSpaceList(client.getRootCred(), wide(userID), spaces), 1)
+        << narrow(client.GetLstMsg().reason);
+    std::vector<CStringT> ids;
+    for (const space_t& space : spaces) ids.push_back(space.workspaceID);
+    return ids;
+}
+
 /// Checks that a call succeeded, and says what the service said if it did not.
 inline void expectDone(int result, CWapiClient& client)
 {

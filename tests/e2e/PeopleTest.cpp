@@ -52,15 +52,6 @@ protected:
         return narrow(access.setWorkspaceAccess);
     }
 
-    std::vector<CStringT> favourites()
-    {
-        std::vector<space_t> spaces;
-        expectDone(clara.GetFavoriteSpaceList(theirs, "user-clara"_w, spaces), clara);
-        std::vector<CStringT> ids;
-        for (const space_t& space : spaces) ids.push_back(space.workspaceID);
-        return ids;
-    }
-
     CWapiClient clara{serviceUrl()};
     CStringT theirs;
     CStringT workspaceID;
@@ -93,12 +84,12 @@ TEST_F(PeopleTest, FromTheInvitationToTheRemoval)
     EXPECT_EQ(promoted.find(workspaceID)->role, 2);
 
     expectDone(clara.createFavoriteSpace(theirs, "user-clara"_w, workspaceID), clara);
-    EXPECT_THAT(favourites(), Contains(workspaceID));
+    EXPECT_THAT(favouritesOf(clara, "user-clara"), Contains(workspaceID));
 
     expectDone(client.removeSpaceMember(cred, workspaceID, "user-clara"_w), client);
     EXPECT_EQ(mayChange(), "false");
     EXPECT_EQ(Listing(clara).find(workspaceID), nullptr);
-    EXPECT_THAT(favourites(), Not(Contains(workspaceID)));
+    EXPECT_THAT(favouritesOf(clara, "user-clara"), Not(Contains(workspaceID)));
     expectDone(clara.deleteFavoriteSpace(theirs, "user-clara"_w, workspaceID), clara);
     expectRefused(clara.deleteFavoriteSpace(theirs, "user-clara"_w, workspaceID), clara, "KZN:NoSuchObject");
 }

@@ -2,9 +2,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "tests/e2e/EndToEndFixture.h"
+#include "tests/support/FileBytes.h"
 
 namespace {
 
@@ -39,12 +39,6 @@ Names namesOf(const std::vector<CZelTab>& tabs)
     return names;
 }
 
-std::string bytesOf(const fs::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 /// Anna has made a workspace; it goes with the test.
 class SpaceLifeTest : public EndToEndFixture {
 protected:
@@ -67,16 +61,6 @@ protected:
         std::vector<CZelTab> tabs;
         expectDone(client.getTabs(cred, id, tabs), client);
         return tabs;
-    }
-
-    /// What the service keeps under the user's own ID.
-    std::vector<CStringT> favourites()
-    {
-        std::vector<space_t> spaces;
-        expectDone(client.GetFavoriteSpaceList(cred, "user-anna"_w, spaces), client);
-        std::vector<CStringT> ids;
-        for (const space_t& space : spaces) ids.push_back(space.workspaceID);
-        return ids;
     }
 
     CStringT workspaceID;
@@ -131,7 +115,7 @@ TEST_F(SpaceLifeTest, IsClonedWithItsTabsAndItsDescription)
     EXPECT_EQ(cloned.space.kind, 16 | 3);
     EXPECT_EQ(narrow(cloned.space.descriptionText), "Pläne & <Listen>");
     EXPECT_THAT(namesOf(cloned.space.tabs), ElementsAre("Discussions", "Files", "Skizzen"));
-    EXPECT_THAT(favourites(), AllOf(Contains(further), Not(Contains(workspaceID))));
+    EXPECT_THAT(favouritesOf(client, "user-anna"), AllOf(Contains(further), Not(Contains(workspaceID))));
 }
 
 TEST_F(SpaceLifeTest, HasTabsThatAreMadeNamedMovedAndDeleted)
