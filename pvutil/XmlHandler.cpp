@@ -52,11 +52,11 @@ public:
     int read(CStringView piece, bool last)
     {
         if (!parser_) begin();
-        const bool well = feed(piece, last);
+        isWell_ = feed(piece, last) && isWell_;  // fed again after a fault, expat may forget it
         const std::exception_ptr thrown = std::exchange(thrown_, nullptr);
         if (last || thrown) parser_.reset();
         if (thrown) std::rethrow_exception(thrown);
-        return well ? 1 : 0;
+        return isWell_ ? 1 : 0;
     }
 
     void abandon() noexcept { parser_.reset(); }
@@ -68,6 +68,7 @@ private:
         if (!parser_) throw std::bad_alloc();
         cursor_ = &root_;
         outside_ = 0;
+        isWell_ = true;
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), &Reader::onStart, &Reader::onEnd);
         XML_SetCharacterDataHandler(parser_.get(), &Reader::onText);
@@ -149,6 +150,7 @@ private:
     Parser parser_;
     XmlPathNode* cursor_ = nullptr;
     std::size_t outside_ = 0;
+    bool isWell_ = true;
     std::exception_ptr thrown_;
 };
 
