@@ -8,6 +8,7 @@
 #include "client/FormBody.h"
 #include "client/Trace.h"
 #include "client/WapiClient.h"
+#include "pvutil/CallControl.h"
 
 namespace wapi {
 
@@ -24,10 +25,12 @@ int contained(Body&& body) noexcept
 
 }  // namespace wapi
 
-/// Keeps every exception inside and turns it into a 0 and a last message.
+/// The whole of a call, which cancel() and the deadline can end. Keeps every exception inside and turns it into a 0 and
+/// a last message.
 template <typename Body>
 int CWapiClient::guarded(Body&& body) noexcept
 {
+    const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
     try {
         return std::forward<Body>(body)() != 0 ? 1 : 0;
     } catch (const std::exception& error) {

@@ -2,6 +2,7 @@
 #include "client/Operation.h"
 #include "client/TraceLog.h"
 #include "pvutil/HttpClient.h"
+#include "pvutil/HttpExchange.h"
 
 using namespace wapi;
 using kzn::pvutil::CZelHttpClient;
@@ -44,6 +45,9 @@ int sendProxied(CZelHttpClient& http, HTTP_METHOD method, const CStringT& url, c
     return http.Request(queryAddress(url, form), method, CStringT(), headers, HttpOption::kProxy);
 }
 
+static_assert(static_cast<int>(CWapiClient::NETWORK_LOCAL) == static_cast<int>(kzn::pvutil::HttpFault::local),
+              "a cause has one number inside and outside");
+
 int outcomeOf(const CStringT& reply)
 {
     CXMLWapiCommonResponse parser;
@@ -65,6 +69,41 @@ int CWapiClient::refuse(std::string_view reason, const CStringT& what)
     lastMessage.clear();
     lastMessage.reason = wide(reason) + what;
     return 0;
+}
+
+// What every exchange of the client goes by.
+void CWapiClient::prepare(CZelHttpClient& http)
+{
+    using kzn::pvutil::HttpExchange;
+    http.ControlledBy(callControl.get());
+    if (!exchangeListener) return;
+    http.OnExchange([this](const HttpExchange& exchange, int status, std::chrono::milliseconds time) {
+        const std::string url = exchange.url.text();
+        Exchange seen;
+        seen.method = exchange.method == HTTP_METHOD::POST ? METHOD_POST : METHOD_GET;
+        seen.url = url;
+        seen.headers = exchange.headers;
+        seen.body = exchange.body;
+        seen.status = status;
+        if (status > 0) seen.reply = exchange.reply;
+        seen.milliseconds = static_cast<unsigned int>(time.count());
+        return exchangeListener(seen);
+    });
+}
+
+void CWapiClient::keepCause(const CZelHttpClient& http)
+{
+    networkErrorKind = static_cast<NETWORK_ERROR>(http.Failure().fault);
+    networkErrorText = kzn::pvutil::stringex::FromUtf8(textOf(http.Failure()));
+}
+
+void CWapiClient::traceCause() const noexcept
+{
+    if (networkErrorKind == NETWORK_NONE) return;
+    try {
+        trace(TraceLevel::error, wide("CWapiClient: ") + networkErrorText);
+    } catch (...) {  // no memory for the line
+    }
 }
 
 int CWapiClient::judge(const CStringT& reply, CXMLWapiCommonResponse& parser)
@@ -100,12 +139,15 @@ int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CStringT& 
     traceLog().write(LogLevel::debug, body);
     {
         CZelHttpClient http;
+        prepare(http);
         const int status = http.Request(url, transportMethod(method), body, {}, HttpOption::kForm);
         logReply(http);
+        keepCause(http);
         if (status == CZelHttpClient::kNoConnection) {
             networkError = 1;
             refuse(kNoConnection, url);
             trace(TraceLevel::error, lastMessage.reason);
+            traceCause();
             return 0;
         }
         reply = http.ResponseContent();
@@ -127,6 +169,7 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
                                const CStringT& headers, int withCred, CStringT& reply)
 {
     const ScopeTracer scope(kProxyCall.data());
+    const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
     return contained([&] {
         trace(TraceLevel::debug, command);
         if (findLast(command, "cmd=login") != CStringT::npos) {
@@ -138,9 +181,12 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         if (withCred != 0) form.encoded("&cred=", cred);
 
         CZelHttpClient http;
+        prepare(http);
         const int status = sendProxied(http, transportMethod(method), url, form, headers);
         if (status == kFound) networkError = 0;
         else traceBadStatus(status);
+        keepCause(http);
+        traceCause();
         logReply(http);
         reply = http.ResponseContent();
         return withCred == 0 ? 0 : outcomeOf(reply);

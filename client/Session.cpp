@@ -60,11 +60,13 @@ int CWapiClient::getCredForExpired(CStringT& newCred, CStringT userName, CString
 int CWapiClient::logout(const CStringT& cred)
 {
     const ScopeTracer scope("CWapiClient::logout");
+    const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
     contained([&] {
         FormBody body;
         body.encoded("cmd=", "logout").encoded("&cred=", cred);
         traceLog().write(LogLevel::debug, body);
         kzn::pvutil::CZelHttpClient http;
+        prepare(http);
         http.Request(opURL, kzn::pvutil::HTTP_METHOD::POST, body, {}, kzn::pvutil::HttpOption::kForm);
         logReply(http);
         return 1;
@@ -108,6 +110,7 @@ int CWapiClient::cloneSession(const CStringT& cred, const CStringT& workspace, C
 void CWapiClient::OnTimer(unsigned int)
 {
     trace(TraceLevel::debug, "Refresh root cred timer.");
-    getSessionInfo(rootCred);
+    const int result = getSessionInfo(rootCred);
     rearmTimer();
+    if (refreshListener) refreshListener(result);
 }

@@ -6,6 +6,7 @@
 #include "client/ClientLogin.h"
 #include "client/Operation.h"
 #include "client/Text.h"
+#include "client/TraceLog.h"
 
 using namespace wapi;
 
@@ -75,10 +76,15 @@ void CWapiClient::init()
     userID.clear();
     networkError = 0;
     loginHandler = std::make_shared<CWapiClientLogin>();
+    callControl = std::make_shared<kzn::pvutil::CallControl>();
 }
 
 CWapiClient::CWapiClient(const CWapiClient& other)
 {
+    contained([this] {
+        callControl = std::make_shared<kzn::pvutil::CallControl>();
+        return 1;
+    });
     *this = other;
 }
 
@@ -87,6 +93,8 @@ CWapiClient& CWapiClient::operator=(const CWapiClient& other)
     if (this == &other) return *this;
     timerWindow.share(other.timerWindow, this);
     networkError = other.networkError;
+    networkErrorKind = other.networkErrorKind;
+    deadline = other.deadline;
     loginHandler = other.loginHandler;
     refreshInterval = other.refreshInterval;
     contained([&] {
@@ -98,7 +106,10 @@ CWapiClient& CWapiClient::operator=(const CWapiClient& other)
         namespaceID = other.namespaceID;
         rootCred = other.rootCred;
         lastMessage = other.lastMessage;
+        networkErrorText = other.networkErrorText;
         transferProgress = other.transferProgress;
+        refreshListener = other.refreshListener;
+        exchangeListener = other.exchangeListener;
         return 1;
     });
     return *this;
@@ -162,6 +173,16 @@ int CWapiClient::getNetworkError() const
     return networkError;
 }
 
+CWapiClient::NETWORK_ERROR CWapiClient::getNetworkErrorKind() const
+{
+    return networkErrorKind;
+}
+
+CStringT CWapiClient::getNetworkErrorText() const
+{
+    return copyOf(networkErrorText);
+}
+
 unsigned int CWapiClient::getRefreshInterval() const
 {
     return refreshInterval;
@@ -190,4 +211,34 @@ const CStringT& CWapiClient::getDmsURL() const
 void CWapiClient::onTransferProgress(TransferProgress progress)
 {
     transferProgress = std::move(progress);
+}
+
+void CWapiClient::onRefresh(RefreshListener listener)
+{
+    refreshListener = std::move(listener);
+}
+
+void CWapiClient::onExchange(ExchangeListener listener)
+{
+    exchangeListener = std::move(listener);
+}
+
+void CWapiClient::cancel() noexcept
+{
+    if (callControl) callControl->cancel();
+}
+
+void CWapiClient::setDeadline(unsigned int milliseconds)
+{
+    deadline = milliseconds;
+}
+
+void CWapiClient::setLog(int maximumLevel)
+{
+    traceLog().setMaximum(maximumLevel);
+}
+
+const char* CWapiClient::version()
+{
+    return PVWAPI_VERSION;
 }

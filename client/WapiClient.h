@@ -4,6 +4,9 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "pvutil/Platform.h"
@@ -23,6 +26,11 @@
 
 class CWapiClientLogin;
 class CXMLWapiCommonResponse;
+
+namespace kzn::pvutil {
+class CallControl;
+class CZelHttpClient;
+}  // namespace kzn::pvutil
 
 /// One user's connection to the service.
 ///
@@ -55,6 +63,40 @@ public:
         CStringT value;
     };
 
+    /// Why the last request got no whole reply. The numbers never change; new kinds go to the end.
+    enum NETWORK_ERROR : int {
+        NETWORK_NONE = 0,
+        NETWORK_BAD_ADDRESS = 1,  ///< no URL, or neither http nor https
+        NETWORK_NO_SUCH_HOST = 2,
+        NETWORK_REFUSED = 3,
+        NETWORK_UNREACHABLE = 4,
+        NETWORK_CONNECT_TIMEOUT = 5,
+        NETWORK_PROXY = 6,           ///< the proxy is not there, or refused
+        NETWORK_TLS_UNTRUSTED = 7,   ///< unknown or self-signed authority
+        NETWORK_TLS_WRONG_NAME = 8,  ///< the certificate is another host's
+        NETWORK_TLS_EXPIRED = 9,     ///< or not yet valid
+        NETWORK_TLS_FAILED = 10,     ///< no common version, broken handshake
+        NETWORK_CLOSED = 11,         ///< the connection ended before the first byte of a reply
+        NETWORK_CUT_OFF = 12,        ///< it ended inside the reply
+        NETWORK_NOT_HTTP = 13,       ///< what came is no reply
+        NETWORK_TOO_LARGE = 14,
+        NETWORK_SILENCE = 15,  ///< 60 s without a byte
+        NETWORK_DEADLINE = 16,
+        NETWORK_CANCELLED = 17,  ///< by cancel(), or by a listener that returned false
+        NETWORK_LOCAL = 18       ///< memory, descriptors
+    };
+
+    /// One exchange as it goes over the wire. What it points at lasts as long as the listener's call.
+    struct Exchange {
+        METHOD_TYPE method = METHOD_GET;
+        std::string_view url;                    ///< where it goes, each redirect by itself
+        std::span<const std::string> headers;    ///< "Name: value" each; the system adds host and length
+        std::span<const std::string_view> body;  ///< of a post, one piece behind the other
+        int status = 0;                          ///< 0 before it begins, -1 where no whole reply came
+        std::string_view reply;                  ///< the reply's body as it came
+        unsigned int milliseconds = 0;           ///< how long it took
+    };
+
     // ---- Life ----------------------------------------------------------------------------------------------------
 
     /// `baseURL` is the operation endpoint, such as "http://host/kznconnect/op.do"; the other endpoints follow from
@@ -81,6 +123,13 @@ public:
     /// the transfer itself. 0 when it got any reply.
     int getNetworkError() const;
 
+    /// The cause of it: NETWORK_NONE where the last request got a reply, and whenever getNetworkError() is 0, but for
+    /// WapiProxyCall, which leaves getNetworkError() alone and still says here what it met. logout touches neither.
+    NETWORK_ERROR getNetworkErrorKind() const;
+
+    /// The same in the system's own words, with the host and port that were meant; empty for NETWORK_NONE.
+    CStringT getNetworkErrorText() const;
+
     /// The period of the timer in milliseconds: one hour until getSessionInfo has read half the session's duration.
     unsigned int getRefreshInterval() const;
 
@@ -88,6 +137,34 @@ public:
     const CStringT& getNullSessionURL() const;
     const CStringT& getUploadURL() const;
     const CStringT& getDmsURL() const;
+
+    // ---- Control -------------------------------------------------------------------------------------------------
+
+    /// Ends the call that is running, wherever it is: it fails as NETWORK_CANCELLED, its outputs stay as they are, and
+    /// the client is good for the next one. Without a running call nothing happens. From any thread while the client
+    /// lives.
+    void cancel() noexcept;
+
+    /// How long each call from now on may take as a whole, redirects and repeats included; one that takes longer fails
+    /// as NETWORK_DEADLINE. 0, the default, is no such limit.
+    void setDeadline(unsigned int milliseconds);
+
+    /// Told after each refresh by the timer, on the loop's thread, with its result: after a 0 GetLstMsg says why. It
+    /// may sign in again. It must not throw; a copy of the client has it too.
+    using RefreshListener = std::function<void(int result)>;
+    void onRefresh(RefreshListener listener);
+
+    /// Told of each exchange before it begins and when it is over, on the thread of the call. False before it begins
+    /// sends nothing, and the call fails as one that was cancelled. It must not throw, nor call the client but for
+    /// cancel(); a copy of the client has it too.
+    using ExchangeListener = std::function<bool(const Exchange& exchange)>;
+    void onExchange(ExchangeListener listener);
+
+    /// What the process's log takes: 0 nothing, 1 errors, 2 warnings too, 3 information too, 4 everything, as at first.
+    static void setLog(int maximumLevel);
+
+    /// The version of the binary, such as "1.0.0"; PVWAPI_VERSION is that of the header.
+    static const char* version();
 
     // ---- Signing in and out --------------------------------------------------------------------------------------
 
@@ -366,6 +443,9 @@ private:
     template <typename Body>
     int guarded(Body&& body) noexcept;
     void keepFailure(const char* reason) noexcept;
+    void prepare(kzn::pvutil::CZelHttpClient& http);
+    void keepCause(const kzn::pvutil::CZelHttpClient& http);
+    void traceCause() const noexcept;
 
     int refuse(std::string_view reason, const CStringT& what = {});
     int judge(const CStringT& reply, CXMLWapiCommonResponse& parser);
@@ -389,4 +469,10 @@ private:
     unsigned int refreshInterval = 3'600'000;
     CStringT rootCred;
     TransferProgress transferProgress;
+    NETWORK_ERROR networkErrorKind = NETWORK_NONE;
+    CStringT networkErrorText;
+    RefreshListener refreshListener;
+    ExchangeListener exchangeListener;
+    unsigned int deadline = 0;
+    std::shared_ptr<kzn::pvutil::CallControl> callControl;  // the client's own; a copy makes one of its own
 };

@@ -57,18 +57,6 @@ std::optional<Url> redirectOf(const HttpExchange& exchange)
     return target;
 }
 
-bool exchangeAll(HttpExchange& exchange)
-{
-    for (int followed = 0;; ++followed) {
-        if (!transport(exchange)) return false;
-        if (followed >= exchange.limits.redirects) return true;
-        auto target = redirectOf(exchange);
-        if (!target) return true;
-        if (!target->sameOrigin(exchange.url)) removeCredentials(exchange.headers);
-        exchange.url = std::move(*target);
-    }
-}
-
 // Ill-formed is what reads as U+FFFD and is not the three bytes of that very character.
 bool isUtf8(std::string_view bytes) noexcept
 {
@@ -94,6 +82,7 @@ try {
     return Request(url, method, std::span(&piece, 1), headers, option);
 } catch (...) {
     reply_.clear();
+    failForWantOfMemory();
     return kNoConnection;
 }
 
@@ -102,24 +91,69 @@ int CZelHttpClient::Request(const CStringT& url, HTTP_METHOD method, std::span<c
 try {
     reply_.clear();
     contentType_.clear();
-    auto address = parseUrl(stringex::ToUtf8(url));
-    if (!address) return kNoConnection;
+    failure_ = {};
+    return run(url, method, body, headers, option);
+} catch (...) {
+    failForWantOfMemory();
+    return kNoConnection;
+}
 
+int CZelHttpClient::run(const CStringT& url, HTTP_METHOD method, std::span<const std::string_view> body,
+                        const CStringT& headers, unsigned long option)
+{
     HttpExchange exchange;
+    auto address = parseUrl(stringex::ToUtf8(url));
+    if (!address) {
+        failure_.fault = HttpFault::badAddress;
+        return kNoConnection;
+    }
     exchange.url = std::move(*address);
     exchange.method = method;
     if (method == HTTP_METHOD::POST) exchange.body = body;
     exchange.headers = headersOf(method, headers, option);
     exchange.limits = limitsInForce();
+    exchange.control = control_;
     if (method == HTTP_METHOD::POST) exchange.onSent = &progress_;
     if ((option & HttpOption::kBytesReply) != 0) exchange.onReceived = &progress_;
-    if (!exchangeAll(exchange)) return kNoConnection;
-
+    if (!exchangeAll(exchange)) {
+        exchange.fail(HttpFault::local, HttpPhase::connect);
+        failure_ = std::move(exchange.failure);
+        return kNoConnection;
+    }
     reply_ = std::move(exchange.reply);
     contentType_ = std::move(exchange.contentType);
     return exchange.status;
-} catch (...) {
-    return kNoConnection;
+}
+
+bool CZelHttpClient::exchangeAll(HttpExchange& exchange)
+{
+    for (int followed = 0;; ++followed) {
+        if (!exchangeOne(exchange)) return false;
+        if (followed >= exchange.limits.redirects) return true;
+        auto target = redirectOf(exchange);
+        if (!target) return true;
+        if (!target->sameOrigin(exchange.url)) removeCredentials(exchange.headers);
+        exchange.url = std::move(*target);
+    }
+}
+
+bool CZelHttpClient::exchangeOne(HttpExchange& exchange)
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr auto kPhase = HttpPhase::connect;
+    if (!exchange.mayGoOn(kPhase)) return false;
+    if (watch_ && !watch_(exchange, 0, {})) return exchange.fail(HttpFault::cancelled, kPhase);
+    const auto begin = Clock::now();
+    const bool whole = exchange.mayGoOn(kPhase) && transport(exchange);
+    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+    if (watch_) watch_(exchange, whole ? exchange.status : kNoConnection, time);
+    return whole;
+}
+
+void CZelHttpClient::failForWantOfMemory() noexcept
+{
+    failure_ = {};
+    failure_.fault = HttpFault::local;
 }
 
 CStringT CZelHttpClient::ResponseContent() const

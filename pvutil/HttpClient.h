@@ -9,11 +9,15 @@
 #include <string_view>
 #include <utility>
 
+#include "pvutil/HttpFailure.h"
 #include "pvutil/StringEx.h"
 
 namespace kzn::pvutil {
 
 using stringex::CStringT;
+
+class CallControl;
+struct HttpExchange;
 
 enum class HTTP_METHOD { GET = 0, POST = 1 };
 
@@ -60,6 +64,17 @@ public:
     using Progress = std::function<bool(std::size_t done, std::size_t whole)>;
     void OnProgress(Progress progress) { progress_ = std::move(progress); }
 
+    /// Told of each exchange before it begins (`status` 0) and when it is over (kNoConnection where it gave nothing),
+    /// a redirect's by itself. Returning false before it begins ends it as one that was cancelled.
+    using Watch = std::function<bool(const HttpExchange& exchange, int status, std::chrono::milliseconds time)>;
+    void OnExchange(Watch watch) { watch_ = std::move(watch); }
+
+    /// What can end the exchange from outside; it has to live as long as the request.
+    void ControlledBy(CallControl* control) noexcept { control_ = control; }
+
+    /// Why the request gave kNoConnection.
+    const HttpFailure& Failure() const noexcept { return failure_; }
+
     /// The reply's body as text: decoded by its declared character set (UTF-8, UTF-16, ISO-8859-1, windows-1252 or
     /// US-ASCII), by UTF-8 where none of these is declared, without a byte order mark. Empty after kNoConnection.
     CStringT ResponseContent() const;
@@ -75,9 +90,18 @@ public:
     static void SetLimits(const HttpLimits& limits) noexcept;
 
 private:
+    int run(const CStringT& url, HTTP_METHOD method, std::span<const std::string_view> body, const CStringT& headers,
+            unsigned long option);
+    bool exchangeAll(HttpExchange& exchange);
+    bool exchangeOne(HttpExchange& exchange);
+    void failForWantOfMemory() noexcept;
+
     std::string reply_;
     std::string contentType_;
+    HttpFailure failure_;
     Progress progress_;
+    Watch watch_;
+    CallControl* control_ = nullptr;
 };
 
 }  // namespace kzn::pvutil

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "pvutil/CallControl.h"
 #include "pvutil/HttpClient.h"
 #include "pvutil/Url.h"
 
@@ -24,11 +25,21 @@ struct HttpExchange {
     HttpLimits limits;
     const CZelHttpClient::Progress* onSent = nullptr;
     const CZelHttpClient::Progress* onReceived = nullptr;
+    CallControl* control = nullptr;  // null where nothing can end it from outside
 
     int status = 0;
     std::string contentType;
     std::string location;
     std::string reply;
+    HttpFailure failure;  // the first cause that was found
+
+    /// Keeps the cause unless one is kept already. Always false.
+    bool fail(HttpFault fault, HttpPhase phase, std::string_view words = {}) noexcept;
+    /// The same where another than the server was meant.
+    bool fail(HttpFault fault, HttpPhase phase, std::string_view words, std::string_view peer) noexcept;
+
+    /// Whether the call may go on; keeps the cause where it may not.
+    bool mayGoOn(HttpPhase phase) noexcept;
 
     std::size_t bodyBytes() const noexcept;
 

@@ -1,6 +1,9 @@
 // What differs in the types that cross the library's boundary: the unit of a wide string, and how a name is exported.
 #pragma once
 
+#define PVWAPI_VERSION "1.0.0"
+#define PVWAPI_VERSION_NUMBER 10000
+
 #ifdef _WIN32
 #if defined(PVWAPI_BUILDING)
 #define PVWAPI_API __declspec(dllexport)

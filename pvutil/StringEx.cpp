@@ -65,6 +65,23 @@ std::size_t unitsOf(std::string_view utf8) noexcept
     return static_cast<std::size_t>(units + pairs);
 }
 
+std::string_view referenceOf(char32_t point) noexcept
+{
+    switch (point) {
+    case '&': return "&amp;";
+    case '<': return "&lt;";
+    case '>': return "&gt;";
+    default: return {};
+    }
+}
+
+// Surrogates aside, which stand for nothing by themselves.
+bool isXmlCharacter(char32_t point) noexcept
+{
+    if (point < 0x20) return point == '\t' || point == '\n' || point == '\r';
+    return point != 0xFFFE && point != 0xFFFF;
+}
+
 }  // namespace
 
 std::string ToUtf8(const CStringT& text)
@@ -103,6 +120,21 @@ CStringT FromUtf8(std::string_view utf8)
     }
     writer.flush();
     return text;
+}
+
+CStringT XmlText(const CStringT& text)
+{
+    CStringT safe;
+    safe.reserve(text.size());
+    for (auto at = text.data(), end = at + text.size(); at != end;) {
+        const auto begin = at;
+        const bool isLone = utf::isLoneSurrogate(at, end);
+        const char32_t point = utf::next(at, end);
+        if (const std::string_view reference = referenceOf(point); !reference.empty())
+            safe.append(reference.begin(), reference.end());
+        else if (!isLone && isXmlCharacter(point)) safe.append(begin, at);
+    }
+    return safe;
 }
 
 }  // namespace kzn::pvutil::stringex

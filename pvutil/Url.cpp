@@ -132,6 +132,11 @@ std::string Url::text() const
     return text += target;
 }
 
+std::string Url::hostAndPort() const
+{
+    return host + ':' + std::to_string(port);
+}
+
 bool Url::sameOrigin(const Url& other) const noexcept
 {
     return secure == other.secure && port == other.port && ascii::same(host, other.host);

@@ -17,6 +17,7 @@ struct Url {
     std::string target;  // path and query, beginning with "/"
 
     std::string text() const;
+    std::string hostAndPort() const;  // the port also where it is the scheme's own
     bool sameOrigin(const Url& other) const noexcept;
 };
 

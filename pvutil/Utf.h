@@ -23,6 +23,13 @@ inline char32_t next(const stringex::CharT*& at, const stringex::CharT* end) noe
     return 0x10000 + ((unit - 0xD800) << 10) + (partner - 0xDC00);
 }
 
+/// Whether the unit at `at` is a surrogate without its partner, which `next` cannot tell from U+FFFD itself.
+inline bool isLoneSurrogate(const stringex::CharT* at, const stringex::CharT* end) noexcept
+{
+    const char32_t unit = static_cast<char16_t>(*at);
+    return unit >= 0xD800 && unit <= 0xDFFF && next(at, end) == kReplacement;
+}
+
 /// The same of UTF-8, for a byte that is not ASCII; the longest beginning of a sequence that breaks off is one U+FFFD.
 char32_t next(const unsigned char*& at, const unsigned char* end) noexcept;
 

@@ -85,8 +85,10 @@ int CWapiClient::SetSpaceIcon(const CStringT& cred, const CStringT& workspaceID,
         const std::array<std::string_view, 3> body{head.text(), picture, kClosing};
 
         CZelHttpClient http;
+        prepare(http);
         http.OnProgress(transferProgress);
         const int status = http.Request(uploadURL, HTTP_METHOD::POST, body, wide(kHeader), HttpOption::kUpload);
+        keepCause(http);
         if (status == CZelHttpClient::kNoConnection) {
             networkError = 1;
             return refuse(kNoConnection, uploadURL);
@@ -103,8 +105,10 @@ int CWapiClient::GetSpaceIcon(const CStringT& cred, const CStringT& iconURL, CSt
     return operation("CWapiClient::GetSpaceIcon", Timer::leave, [&] {
         const CStringT address = iconURL + wide("?cred=") + cred;
         CZelHttpClient http;
+        prepare(http);
         http.OnProgress(transferProgress);
         const int status = http.Request(address, HTTP_METHOD::GET, CStringT(), CStringT(), HttpOption::kDownload);
+        keepCause(http);
         networkError = status == CZelHttpClient::kNoConnection ? 1 : 0;
         if (status != kFound) return refuse(kNoConnection, address);
 
