@@ -1,236 +1,27 @@
 #include "pvutil/HttpTransport.h"
 
 #include <curl/curl.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <dlfcn.h>
 
-#include <algorithm>
 #include <array>
-#include <atomic>
-#include <chrono>
-#include <cstring>
-#include <functional>
+#include <cstdlib>
 #include <memory>
-#include <mutex>
-#include <thread>
 
 #include "pvutil/HttpHeaders.h"
+#include "pvutil/posix/CurlFault.h"
+#include "pvutil/posix/CurlLine.h"
+#include "pvutil/posix/CurlRun.h"
 
 namespace kzn::pvutil {
 
 namespace {
 
 struct CleanUp {
-    void operator()(CURL* easy) const noexcept { curl_easy_cleanup(easy); }
     void operator()(curl_slist* list) const noexcept { curl_slist_free_all(list); }
 };
 
-using Easy = std::unique_ptr<CURL, CleanUp>;
 using HeaderList = std::unique_ptr<curl_slist, CleanUp>;
-
-// Idle handles, each with the connections that it keeps open. A thread begins its search at a slot of its own, so that
-// one that works alone finds the handle again that it gave back.
-constinit std::array<std::atomic<CURL*>, 16> g_idle{};
-constinit std::once_flag g_initialised;
-
-std::size_t firstSlot() noexcept
-{
-    return std::hash<std::thread::id>{}(std::this_thread::get_id()) % g_idle.size();
-}
-
-// Whether the connection that this thread closed last had been reset, which tells that the other end left with bytes
-// unread; one that read a whole request before it left ends the connection in order.
-thread_local constinit bool t_wasReset = false;
-
-int onClose(void*, curl_socket_t socket) noexcept
-{
-    tcp_info info{};
-    socklen_t size = sizeof info;
-    t_wasReset = ::getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &size) == 0 && info.tcpi_state == TCP_CLOSE;
-    return ::close(socket);
-}
-
-// What is the same for every exchange.
-void configure(CURL* easy) noexcept
-{
-    curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, onClose);
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
-    curl_easy_setopt(easy, CURLOPT_TCP_NODELAY, 1L);
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-    curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
-    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(easy, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
-}
-
-Easy takeHandle()
-{
-    const std::size_t first = firstSlot();
-    for (std::size_t step = 0; step < g_idle.size(); ++step)
-        if (Easy idle{g_idle[(first + step) % g_idle.size()].exchange(nullptr)}) return idle;
-
-    std::call_once(g_initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-    Easy easy{curl_easy_init()};
-    if (easy) configure(easy.get());
-    return easy;
-}
-
-void giveBack(Easy easy) noexcept
-{
-    const std::size_t first = firstSlot();
-    for (std::size_t step = 0; step < g_idle.size() && easy; ++step)
-        easy.reset(g_idle[(first + step) % g_idle.size()].exchange(easy.release()));
-}
-
-// One exchange as the callbacks see it.
-class Run {
-public:
-    Run(CURL* easy, HttpExchange& exchange) : easy_(easy), exchange_(exchange) {}
-
-    // Where a kept connection ends without an answer, libcurl asks again on a new one. That is right only if nobody can
-    // have acted on the first request.
-    bool mayAsk() const noexcept { return !isConnected_ || t_wasReset; }
-
-    // The clock of silence runs while a connection stands; before that the time to connect is limited by itself.
-    void connected() noexcept
-    {
-        isConnected_ = true;
-        moved();
-    }
-
-    std::size_t read(char* buffer, std::size_t size) noexcept
-    {
-        std::size_t done = 0;
-        while (done < size && piece_ < exchange_.body.size()) {
-            const auto rest = exchange_.body[piece_].substr(offset_);
-            const std::size_t count = std::min(rest.size(), size - done);
-            std::memcpy(buffer + done, rest.data(), count);
-            done += count;
-            offset_ += count;
-            if (count == rest.size()) {
-                ++piece_;
-                offset_ = 0;
-            }
-        }
-        return done;
-    }
-
-    void rewind() noexcept { piece_ = offset_ = 0; }
-
-    bool receive(std::string_view bytes) noexcept
-    {
-        moved();
-        if (!hasBegun_ && !begin()) return false;
-        return exchange_.receive(bytes);
-    }
-
-    bool begin() noexcept
-    {
-        long status = 0;
-        curl_off_t length = -1;
-        curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
-        curl_easy_getinfo(easy_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
-        hasBegun_ = true;
-        const auto declared = static_cast<std::uint64_t>(length);
-        return exchange_.begin(static_cast<int>(status), length < 0 ? std::nullopt : std::optional(declared));
-    }
-
-    bool goesOn(curl_off_t down, curl_off_t up) noexcept
-    {
-        if (down != down_ || up != up_) moved();
-        down_ = down;
-        up_ = up;
-        if (!exchange_.sent(static_cast<std::size_t>(up))) return false;
-        return !isConnected_ || Clock::now() - lastMove_ < exchange_.limits.silence;
-    }
-
-    // A head that breaks off is no failure to libcurl. Several may come: of interim replies, of a proxy.
-    void header(std::string_view line) noexcept
-    {
-        moved();
-        hasHeard_ = true;
-        if (line.starts_with("HTTP/")) headStands_ = false;
-        if (line == "\r\n" || line == "\n") headStands_ = true;
-    }
-
-    void moved() noexcept { lastMove_ = Clock::now(); }
-    bool hasHeard() const noexcept { return hasHeard_; }
-    bool headStands() const noexcept { return headStands_; }
-    bool hasBegun() const noexcept { return hasBegun_; }
-
-private:
-    using Clock = std::chrono::steady_clock;
-
-    CURL* easy_;
-    HttpExchange& exchange_;
-    std::size_t piece_ = 0;
-    std::size_t offset_ = 0;
-    curl_off_t down_ = 0;
-    curl_off_t up_ = 0;
-    bool isConnected_ = false;
-    bool hasHeard_ = false;
-    bool headStands_ = false;
-    bool hasBegun_ = false;
-    Clock::time_point lastMove_ = Clock::now();
-};
-
-// libcurl's callbacks; C on both sides, so nothing may be thrown through them.
-
-int onConnected(void* run, char*, char*, int, int) noexcept
-{
-    auto& self = *static_cast<Run*>(run);
-    if (!self.mayAsk()) return CURL_PREREQFUNC_ABORT;
-    self.connected();
-    return CURL_PREREQFUNC_OK;
-}
-
-std::size_t onRead(char* buffer, std::size_t size, std::size_t count, void* run) noexcept
-{
-    return static_cast<Run*>(run)->read(buffer, size * count);
-}
-
-int onSeek(void* run, curl_off_t offset, int origin) noexcept
-{
-    if (offset != 0 || origin != SEEK_SET) return CURL_SEEKFUNC_CANTSEEK;
-    static_cast<Run*>(run)->rewind();
-    return CURL_SEEKFUNC_OK;
-}
-
-std::size_t onHeader(char* line, std::size_t size, std::size_t count, void* run) noexcept
-{
-    static_cast<Run*>(run)->header({line, size * count});
-    return size * count;
-}
-
-std::size_t onReceived(char* bytes, std::size_t size, std::size_t count, void* run) noexcept
-{
-    return static_cast<Run*>(run)->receive({bytes, size * count}) ? size * count : 0;
-}
-
-int onProgress(void* run, curl_off_t, curl_off_t down, curl_off_t, curl_off_t up) noexcept
-{
-    return static_cast<Run*>(run)->goesOn(down, up) ? 0 : 1;
-}
-
-void setCallbacks(CURL* easy, Run& run) noexcept
-{
-    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, onConnected);
-    curl_easy_setopt(easy, CURLOPT_PREREQDATA, &run);
-    curl_easy_setopt(easy, CURLOPT_READFUNCTION, onRead);
-    curl_easy_setopt(easy, CURLOPT_READDATA, &run);
-    curl_easy_setopt(easy, CURLOPT_SEEKFUNCTION, onSeek);
-    curl_easy_setopt(easy, CURLOPT_SEEKDATA, &run);
-    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, onHeader);
-    curl_easy_setopt(easy, CURLOPT_HEADERDATA, &run);
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, onReceived);
-    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &run);
-    curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, onProgress);
-    curl_easy_setopt(easy, CURLOPT_XFERINFODATA, &run);
-}
+using ErrorText = std::array<char, CURL_ERROR_SIZE>;
 
 bool append(HeaderList& list, const char* line) noexcept
 {
@@ -270,6 +61,40 @@ void setBody(CURL* easy, const HttpExchange& exchange) noexcept
     curl_easy_setopt(easy, CURLOPT_POSTFIELDS, bytes);
 }
 
+// What the user's environment names for all programs; else libcurl's own, which is the system's.
+void setAuthority(CURL* easy, CURLoption option, const char* variable, const char* otherwise) noexcept
+{
+    const char* const named = std::getenv(variable);
+    const char* const place = named != nullptr && *named != '\0' ? named : otherwise;
+    if (place != nullptr) curl_easy_setopt(easy, option, place);
+}
+
+void setAuthorities(CURL* easy) noexcept
+{
+    const auto* const libcurl = curl_version_info(CURLVERSION_NOW);
+    setAuthority(easy, CURLOPT_CAINFO, "SSL_CERT_FILE", libcurl->cainfo);
+    setAuthority(easy, CURLOPT_CAPATH, "SSL_CERT_DIR", libcurl->capath);
+}
+
+void setRequest(CURL* easy, const HttpExchange& exchange, curl_slist* headers, ErrorText& error)
+{
+    curl_easy_setopt(easy, CURLOPT_URL, exchange.url.text().c_str());
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, error.data());
+    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(exchange.limits.replyBytes));
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(exchange.limits.connect.count()));
+    setBody(easy, exchange);
+    if (exchange.url.secure) setAuthorities(easy);
+}
+
+// The handle outlives what it was told of this exchange.
+void forgetRequest(CURL* easy) noexcept
+{
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
+    curl_easy_setopt(easy, CURLOPT_POSTFIELDS, nullptr);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, nullptr);
+}
+
 std::string valueOf(CURL* easy, const char* name)
 {
     curl_header* header = nullptr;
@@ -277,41 +102,107 @@ std::string valueOf(CURL* easy, const char* name)
     return header->value;
 }
 
-// libcurl asks again by itself where it finds a kept connection at its end, but not where it meets an error of it.
-bool wasKeptAndReset(CURL* easy, CURLcode code, const Run& run) noexcept
+// What cancel() wakes: the one place where a call waits.
+class Wait : public CallControl::Waker {
+public:
+    Wait(CURLM* multi, CallControl* control) noexcept : multi_(multi), control_(control)
+    {
+        if (control_ != nullptr) control_->wakes(this);
+    }
+    Wait(const Wait&) = delete;
+    Wait& operator=(const Wait&) = delete;
+    ~Wait()
+    {
+        if (control_ != nullptr) control_->wakes(nullptr);
+    }
+
+    void wake() noexcept override { curl_multi_wakeup(multi_); }
+
+    CURLMcode until(std::chrono::milliseconds time) noexcept
+    {
+        return curl_multi_poll(multi_, nullptr, 0, static_cast<int>(time.count()), nullptr);
+    }
+
+private:
+    CURLM* multi_;
+    CallControl* control_;
+};
+
+// What became of the exchange; nothing where it has not come to an end of its own.
+CURLcode resultOf(CURLM* multi) noexcept
+{
+    int left = 0;
+    while (const CURLMsg* const message = curl_multi_info_read(multi, &left))
+        if (message->msg == CURLMSG_DONE) return message->data.result;  // NOLINT(*-union-access): libcurl's own
+    return CURLE_FAILED_INIT;
+}
+
+// Until the exchange has come to its end or may not go on; the cause is kept then, and the code is of no matter.
+CURLcode drive(CURLM* multi, Wait& wait, CurlRun& run) noexcept
+{
+    for (int running = 1;;) {
+        if (curl_multi_perform(multi, &running) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
+        if (running == 0) return resultOf(multi);
+        if (!run.mayGoOn()) return CURLE_ABORTED_BY_CALLBACK;
+        if (wait.until(run.patience()) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
+    }
+}
+
+CURLcode attempt(const CurlLine& line, CurlRun& run, HttpExchange& exchange) noexcept
+{
+    Wait wait(line.multi(), exchange.control);
+    if (curl_multi_add_handle(line.multi(), line.easy()) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
+    const CURLcode code = drive(line.multi(), wait, run);
+    curl_multi_remove_handle(line.multi(), line.easy());
+    return code;
+}
+
+bool metAnErrorOfAKeptConnection(CURL* easy, CURLcode code) noexcept
 {
     long made = 1;
     curl_easy_getinfo(easy, CURLINFO_NUM_CONNECTS, &made);
-    return (code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR) && made == 0 && t_wasReset && !run.hasHeard();
+    return (code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR) && made == 0;
 }
 
-CURLcode ask(CURL* easy, Run& run) noexcept
+// libcurl asks again by itself where it finds a kept connection at its end, but not where it meets an error of it.
+CURLcode ask(const CurlLine& line, CurlRun& run, HttpExchange& exchange) noexcept
 {
-    const CURLcode code = curl_easy_perform(easy);
-    if (!wasKeptAndReset(easy, code, run)) return code;
+    const CURLcode code = attempt(line, run, exchange);
+    if (!metAnErrorOfAKeptConnection(line.easy(), code) || !run.mayRepeat()) return code;
     run.rewind();
-    return curl_easy_perform(easy);
+    return attempt(line, run, exchange);
 }
 
-bool perform(CURL* easy, HttpExchange& exchange)
+// A look-up that was left to its thread goes on in libcurl's code, which must not be unloaded before it ends; nobody
+// can tell when that is.
+void keepLibcurlLoaded() noexcept
 {
+    Dl_info found{};
+    if (::dladdr(reinterpret_cast<const void*>(&curl_easy_init), &found) != 0)
+        static_cast<void>(::dlopen(found.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE));
+}
+
+bool perform(CurlLine& line, HttpExchange& exchange)
+{
+    CURL* const easy = line.easy();
     const HeaderList headers = headerList(exchange);
-    if (!headers) return false;
-    Run run(easy, exchange);
-    setCallbacks(easy, run);
-    setBody(easy, exchange);
-    curl_easy_setopt(easy, CURLOPT_URL, exchange.url.text().c_str());
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers.get());
-    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(exchange.limits.replyBytes));
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(exchange.limits.connect.count()));
-    const bool whole = ask(easy, run) == CURLE_OK && run.headStands() && (run.hasBegun() || run.begin());
+    if (!headers) return exchange.fail(HttpFault::local, HttpPhase::connect);
+    ErrorText error{};
+    CurlRun run(easy, exchange);
+    run.setCallbacks();
+    setRequest(easy, exchange, headers.get(), error);
+    line.serve(&run);
+    const CURLcode code = ask(line, run, exchange);
+    line.serve(nullptr);
+    const bool whole = code == CURLE_OK && run.headStands() && run.finish();
     if (whole) {
         exchange.contentType = valueOf(easy, "Content-Type");
         exchange.location = valueOf(easy, "Location");
+    } else {
+        keepCause(easy, code == CURLE_OK ? CURLE_PARTIAL_FILE : code, error.data(), run, exchange);
+        if (run.phase() == HttpPhase::lookUp && code != CURLE_COULDNT_RESOLVE_HOST) keepLibcurlLoaded();
     }
-    // The handle outlives what it was told of this exchange.
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, nullptr);
-    curl_easy_setopt(easy, CURLOPT_POSTFIELDS, nullptr);
+    forgetRequest(easy);
     return whole;
 }
 
@@ -319,10 +210,10 @@ bool perform(CURL* easy, HttpExchange& exchange)
 
 bool transport(HttpExchange& exchange)
 {
-    Easy easy = takeHandle();
-    if (!easy) return false;
-    const bool whole = perform(easy.get(), exchange);
-    giveBack(std::move(easy));
+    auto line = takeLine();
+    if (!line) return exchange.fail(HttpFault::local, HttpPhase::connect);
+    const bool whole = perform(*line, exchange);
+    giveBack(std::move(line));
     return whole;
 }
 
@@ -330,7 +221,7 @@ bool transport(HttpExchange& exchange)
 // can tell that end from an unloading.
 void shutDownTransport() noexcept
 {
-    for (auto& slot : g_idle) Easy(slot.exchange(nullptr)).reset();
+    dropLines();
 }
 
 }  // namespace kzn::pvutil

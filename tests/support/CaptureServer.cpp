@@ -34,6 +34,8 @@ tcp::endpoint anyLoopbackPort()
     return {asio::ip::address_v4::loopback(), 0};
 }
 
+constexpr std::uint64_t kAnyBody = std::numeric_limits<std::uint64_t>::max();
+
 // What the test's thread and the server's thread share.
 class Book {
 public:
@@ -68,6 +70,7 @@ public:
 
     std::atomic<std::size_t> connections{0};
     std::atomic<bool> deaf{false};
+    std::atomic<std::uint64_t> longestBody{kAnyBody};
 
 private:
     mutable std::mutex mutex_;
@@ -90,8 +93,9 @@ public:
     {
         if (book_.deaf) return;
         parser_.emplace();
-        parser_->body_limit(std::numeric_limits<std::uint64_t>::max());
+        parser_->body_limit(book_.longestBody.load());
         http::async_read(socket_, buffer_, *parser_, [self = shared_from_this()](error_code error, std::size_t) {
+            if (error == http::error::body_limit) return self->resetInsideBody();
             if (error) return self->close();
             self->script_ = self->book_.take(self->captured());
             self->step(0);
@@ -143,6 +147,13 @@ private:
         if (script_.end() == Script::End::serveOn) return read();
         if (script_.end() == Script::End::close) close();
         if (script_.end() == Script::End::reset) reset();
+    }
+
+    // Once: the next connection reads on.
+    void resetInsideBody()
+    {
+        book_.longestBody = kAnyBody;
+        reset();
     }
 
     void reset()
@@ -312,6 +323,11 @@ std::size_t CaptureServer::connections() const
 void CaptureServer::closeConnections()
 {
     engine_->closeConnections();
+}
+
+void CaptureServer::resetInsideBodyOver(std::size_t bytes)
+{
+    engine_->book.longestBody = bytes;
 }
 
 void CaptureServer::stopReading()

@@ -83,6 +83,9 @@ public:
 
     /// Closes what is connected now, as a server does that has waited long enough for another request.
     void closeConnections();
+    /// The next request with a larger body is not read to its end: the connection is reset in the middle of it. Stands
+    /// for a connection from the request after the present one on.
+    void resetInsideBodyOver(std::size_t bytes);
     /// From now on nothing more is read from any connection.
     void stopReading();
 

@@ -1,0 +1,55 @@
+// A kept libcurl handle with the connections that it keeps open, and the few of them that wait for the next exchange.
+#pragma once
+
+#include <curl/curl.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace kzn::pvutil {
+
+class CurlRun;
+
+/// One easy handle in a multi handle of its own. A handle a call costs more than the call itself.
+class CurlLine {
+public:
+    CurlLine() noexcept;
+    CurlLine(const CurlLine&) = delete;
+    CurlLine& operator=(const CurlLine&) = delete;
+    ~CurlLine();
+
+    /// False where there was no memory for the handles.
+    explicit operator bool() const noexcept { return easy_ != nullptr && multi_ != nullptr; }
+
+    CURL* easy() const noexcept { return easy_; }
+    CURLM* multi() const noexcept { return multi_; }
+
+    /// Whose exchange it is from now on; null for nobody's.
+    void serve(CurlRun* run) noexcept;
+
+    /// Whether nothing waits on a kept connection and none has ended. What waits there would become the next reply.
+    bool isClean() const noexcept;
+
+private:
+    static curl_socket_t onOpen(void* line, curlsocktype, curl_sockaddr* address) noexcept;
+    static int onClose(void* line, curl_socket_t socket) noexcept;
+    void configure() noexcept;
+
+    struct Open {
+        curl_socket_t socket;
+        std::uint64_t receivedBefore;  // when the present exchange began
+    };
+
+    std::vector<Open> open_;
+    CurlRun* run_ = nullptr;
+    CURLM* multi_ = nullptr;
+    CURL* easy_ = nullptr;
+};
+
+/// A clean line that was kept, or a new one; null where there is none.
+std::unique_ptr<CurlLine> takeLine();
+void giveBack(std::unique_ptr<CurlLine> line) noexcept;
+void dropLines() noexcept;
+
+}  // namespace kzn::pvutil
