@@ -1,4 +1,5 @@
-# Installs the library, moves the package elsewhere, and builds and runs the host against it.
+# Installs the library, moves the package elsewhere, and builds a project against it: `host` runs its own tests, the
+# examples are run one by one by others, and here only the one that needs nothing but a service.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -21,4 +22,15 @@ run(${CMAKE_COMMAND} -S ${host} -B ${work}/build ${choices})
 run(${CMAKE_COMMAND} --build ${work}/build)
 
 set(ENV{XDG_DATA_HOME} ${work}/data)
-run(${CMAKE_CTEST_COMMAND} --test-dir ${work}/build --output-on-failure --no-tests=error)
+if(NOT program)
+    run(${CMAKE_CTEST_COMMAND} --test-dir ${work}/build --output-on-failure --no-tests=error)
+    return()
+endif()
+
+set(ENV{PVWAPI_BASE_URL} $ENV{TEST_SERVICE_URL})
+set(ENV{PVWAPI_USER} dmitri)
+set(ENV{PVWAPI_PASSWORD} dmitri-demo-1)
+execute_process(COMMAND ${emulator} ${work}/build/${program} OUTPUT_VARIABLE shown COMMAND_ERROR_IS_FATAL ANY)
+if(NOT shown MATCHES "Messestand")
+    message(FATAL_ERROR "${program} shows:\n${shown}")
+endif()
