@@ -15,8 +15,8 @@ using kzn::pvutil::stringex::ToUtf8;
 
 namespace {
 
-constexpr unsigned kDeadline = 500;  // milliseconds for the whole of a call
-constexpr std::chrono::milliseconds kPatience{500};
+constexpr unsigned kDeadline = 2000;  // milliseconds for the whole of a call
+constexpr std::chrono::milliseconds kPatience{2000};
 
 const char* outcomeOf(CWapiClient& client, int result)
 {

@@ -33,7 +33,7 @@ TEST(CancelExample, EndsBothCallsToAServiceThatIsSilent)
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.out, "with a deadline: the deadline passed\nwith a button: cancelled\n");
     EXPECT_THAT(ended.err, testing::HasSubstr("Network error. Unable to connect to" + server.address("/kznconnect")));
-    // Two waits of half a second, and what a busy machine needs to start a program.
+    // Two waits of two seconds, and what a busy machine needs to start a program.
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
