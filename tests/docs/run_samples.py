@@ -30,7 +30,10 @@ CONTEXTS = {
               'if (!client.login(kzn::pvutil::stringex::FromUtf8("anna"), {}, {}, '
               'kzn::pvutil::stringex::FromUtf8("anna-demo-1"), 0, 1)) return;',
     "cred": "const CStringT cred = client.getRootCred();",
-    "spaces": "std::vector<SpaceForList> spaces;\nstd::vector<CZelSpaceInvite> invitations;",
+    "workspaceID": "CStringT workspaceID;\n"
+                   "std::vector<CWapiClient::WKSP_Field_Value> none;\n"
+                   'if (!client.createSpace(cred, kzn::pvutil::stringex::FromUtf8("A name"), none, workspaceID, 0, 0)) '
+                   "return;",
     "showReason": "const auto showReason = [](const CStringT& reason) {\n"
                   '    std::fprintf(stderr, "%s\\n", kzn::pvutil::stringex::ToUtf8(reason).c_str());\n};',
 }
