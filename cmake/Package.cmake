@@ -42,4 +42,8 @@ configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/pvWapiConfig.cmake.in ${
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/pvWapiConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/pvWapiConfig.cmake ${PROJECT_BINARY_DIR}/pvWapiConfigVersion.cmake
     DESTINATION ${packageFolder})
-install(FILES ${PROJECT_SOURCE_DIR}/docs/embedding.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md TYPE DOC)
+install(FILES
+    ${PROJECT_SOURCE_DIR}/docs/a-call-fails.md
+    ${PROJECT_SOURCE_DIR}/docs/embedding.md
+    ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+    TYPE DOC)
