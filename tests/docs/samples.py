@@ -9,7 +9,7 @@ fragment   C++ inside a function; `context` names what is declared before it (se
            by commas), `check` is an expression that has to hold behind it
 program    a whole program in C++; `expect` is what it has to print
 source     C++ that has to stand in the file `file` of the library, word for word
-cmake      the lines by which a project takes up the package; the document's first fragment is built by them
+cmake      the lines by which a project takes up the package; the document's first C++ is built by them
 shell      commands; all of a document run in one shell. `expect` is what they have to print, `only` picks those of a
            chain that begin so, and FILE and PREFIX stand for paths of the test's own
 usage      how a program is called: each option named has to stand in the help of `program`
