@@ -153,7 +153,8 @@ void keepCause(CURL* easy, CURLcode code, std::string_view words, const CurlRun&
     const HttpFault fault = faultOf(easy, code, words, run);
     const std::string said = wordsFor(easy, code, words, run);
     const HttpPhase phase = isOfTls(fault) ? HttpPhase::secure : run.phase();
-    if (isProxys(easy, fault, run, exchange)) exchange.fail(HttpFault::proxy, phase, said, run.lastAddress());
+    const bool ofProxy = fault == HttpFault::proxy || isProxys(easy, fault, run, exchange);
+    if (ofProxy) exchange.fail(HttpFault::proxy, phase, said, run.lastAddress());
     else exchange.fail(fault, phase, said);
 }
 

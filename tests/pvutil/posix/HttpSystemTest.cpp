@@ -1,0 +1,143 @@
+// What the system does to a request here: a proxy of the environment, no descriptor left, a look-up that takes long.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <netdb.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <thread>
+
+#include "pvutil/CallControl.h"
+#include "tests/pvutil/HttpFixture.h"
+
+namespace {
+
+constexpr const char* kSlowHost = "slow.invalid";
+std::atomic<int> g_slowLookUps = 0;
+
+}  // namespace
+
+// Stands before the system's own, for no name server here can be made to take long: that one host takes a second.
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* host, const char* service,
+                                                                  const addrinfo* hints, addrinfo** found)
+{
+    if (host != nullptr && std::strcmp(host, kSlowHost) == 0) {
+        ++g_slowLookUps;
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        return EAI_NONAME;
+    }
+    using LookUp = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
+    return reinterpret_cast<LookUp>(dlsym(RTLD_NEXT, "getaddrinfo"))(host, service, hints, found);
+}
+
+namespace kzn::test {
+namespace {
+
+using pvutil::CallControl;
+using pvutil::CallScope;
+using pvutil::HttpFault;
+using Clock = std::chrono::steady_clock;
+
+class HttpSystem : public HttpFixture {
+protected:
+    ~HttpSystem() override
+    {
+        for (const char* const name : {"http_proxy", "https_proxy", "no_proxy"}) unsetenv(name);
+    }
+
+    void expectFault(HttpFault fault, const CStringT& url, const std::string& text)
+    {
+        EXPECT_EQ(client.Request(url, HTTP_METHOD::POST, "a=b"_w, {}, HttpOption::kForm), -1);
+        std::cout << "fault | " << static_cast<int>(fault) << " | " << textOf(client.Failure()) << "\n";
+        EXPECT_EQ(client.Failure().fault, fault);
+        EXPECT_TRUE(textOf(client.Failure()).starts_with(text)) << textOf(client.Failure());
+        expectNoReply();
+    }
+};
+
+TEST_F(HttpSystem, ProxyThatIsNotThere)
+{
+    const std::string proxy = "127.0.0.1:" + std::to_string(CaptureServer::closedPort());
+    setenv("http_proxy", ("http://" + proxy).c_str(), 1);
+    expectFault(HttpFault::proxy, server.url("/"), "Connecting to " + proxy + ": ");
+    setenv("no_proxy", "127.0.0.1", 1);
+    server.reply(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(post("a=b"), 200);
+}
+
+TEST_F(HttpSystem, ProxyThatNobodyKnows)
+{
+    setenv("http_proxy", "http://no-such-proxy.invalid:3128", 1);
+    expectFault(HttpFault::proxy, server.url("/"), "Looking up: ");
+}
+
+TEST_F(HttpSystem, ProxyThatRefusesATunnel)
+{
+    setenv("https_proxy", server.address().c_str(), 1);
+    server.otherwise(403, "text/plain", "no tunnel");
+    expectFault(HttpFault::proxy, "https://elsewhere.invalid/"_w, "");
+}
+
+TEST_F(HttpSystem, ProxyIsAskedForTheWholeAddress)
+{
+    setenv("http_proxy", server.address().c_str(), 1);
+    server.reply(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(get("http://elsewhere.invalid/page"_w), 200);
+    EXPECT_EQ(last().target, "http://elsewhere.invalid/page");
+}
+
+TEST_F(HttpSystem, NoDescriptorIsLeft)
+{
+    server.reply(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(getPath("/"), 200);  // what is kept is good, so that none of it is closed below
+    CaptureServer other;
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    rlimit none = before;
+    none.rlim_cur = static_cast<rlim_t>(::dup(0));  // the lowest that is free
+    ::close(static_cast<int>(none.rlim_cur));
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    expectFault(HttpFault::local, other.url("/"), "Connecting to ");
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    other.reply(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(get(other.url("/")), 200);
+}
+
+TEST_F(HttpSystem, LookUpIsLeftToItself)
+{
+    CallControl control;
+    client.ControlledBy(&control);
+    const auto begin = Clock::now();
+    {
+        const CallScope call(&control, 0ms);
+        const std::jthread other([&] {
+            std::this_thread::sleep_for(100ms);
+            control.cancel();
+        });
+        expectFault(HttpFault::cancelled, wide(std::string("http://") + kSlowHost + "/"),
+                    "Looking up slow.invalid:80: ");
+    }
+    {
+        const CallScope call(&control, 100ms);
+        expectFault(HttpFault::deadline, wide(std::string("http://") + kSlowHost + "/"),
+                    "Looking up slow.invalid:80: ");
+    }
+    client.ControlledBy(nullptr);
+    HttpLimits limits;
+    limits.connect = 100ms;
+    CZelHttpClient::SetLimits(limits);
+    expectFault(HttpFault::connectTimeout, wide(std::string("http://") + kSlowHost + "/"),
+                "Looking up slow.invalid:80: ");
+    EXPECT_LT(Clock::now() - begin, 900ms);
+    EXPECT_EQ(g_slowLookUps, 3);
+    server.reply(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(post("after"), 200);
+    std::this_thread::sleep_for(1200ms);  // the look-ups end while the library is there
+}
+
+}  // namespace
+}  // namespace kzn::test
