@@ -8,8 +8,8 @@ import re
 import sys
 from pathlib import Path
 
-SOURCE_FOLDERS = ["pvutil", "pvtrace", "records", "client", "spaces", "access", "account", "host", "service", "tests",
-                  "bench", "fuzz", "examples"]
+SOURCE_FOLDERS = ["pvutil", "pvtrace", "records", "client", "spaces", "access", "account", "host", "log", "service",
+                  "tests", "bench", "fuzz", "examples"]
 SCRIPT_FOLDERS = ["cmake", "scripts", ".ci"]
 SCRIPT_SUFFIXES = {"", ".sh", ".py", ".cmake", ".txt"}
 
@@ -45,6 +45,9 @@ INCLUDES = [
     ("host/win32/", ["host/", PUBLIC], None),
     ("host/posix/", ["host/", PUBLIC], None),
     ("host/", ["host/", PUBLIC], ["CLI/", "nlohmann/"]),
+    ("log/win32/", ["log/"], None),
+    ("log/posix/", ["log/"], None),
+    ("log/", ["log/"], ["CLI/", "nlohmann/"]),
     ("service/", ["service/"], None),
     ("examples/", ["examples/", PUBLIC], None),
 ]

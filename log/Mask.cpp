@@ -1,0 +1,228 @@
+#include "log/Mask.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "log/Xml.h"
+
+namespace logreader {
+
+namespace {
+
+constexpr std::size_t kNone = std::string_view::npos;
+constexpr std::size_t kLongestName = 128;
+constexpr std::size_t kShortestSecret = 4;  // what is shorter stands in every other text by accident
+
+/// The name in a tag, behind its "<" or "</" and without a prefix.
+std::string_view localName(std::string_view behind)
+{
+    behind = behind.substr(0, kLongestName);
+    behind = behind.substr(0, behind.find_first_of(" \t\r\n/<>"));
+    const std::size_t colon = behind.rfind(':');
+    return colon == kNone ? behind : behind.substr(colon + 1);
+}
+
+/// How many bytes a section or a comment takes that begins the text, none where there is none.
+std::size_t sectionLength(std::string_view text)
+{
+    using Pair = std::pair<std::string_view, std::string_view>;
+    static constexpr std::array kSections = {Pair{"<![CDATA[", "]]>"}, Pair{"<!--", "-->"}};
+    for (const auto& [opening, closing] : kSections) {
+        if (!text.starts_with(opening)) continue;
+        const std::size_t end = text.find(closing, opening.size());
+        return end == kNone ? text.size() : end + closing.size();
+    }
+    return 0;
+}
+
+/// By how much a tag changes the number of open elements of a secret's name.
+int depthOf(std::string_view tag, std::size_t end)
+{
+    if (tag.starts_with("</")) return isSecretName(localName(tag.substr(2))) ? -1 : 0;
+    if (!isSecretName(localName(tag.substr(1)))) return 0;
+    return end != kNone && tag[end - 1] == '/' ? 0 : 1;
+}
+
+/// Where the element's own end tag begins, behind its begin tag; the end of the text where there is none.
+std::size_t contentLength(std::string_view text)
+{
+    int depth = 1;
+    std::size_t at = text.find('<');
+    while (at != kNone) {
+        const std::string_view rest = text.substr(at);
+        std::size_t length = sectionLength(rest);
+        if (length == 0) {
+            const std::size_t end = tagEnd(rest);
+            depth += depthOf(rest, end);
+            if (depth == 0) return at;
+            length = end == kNone ? 1 : end + 1;
+        }
+        at = text.find('<', at + length);
+    }
+    return text.size();
+}
+
+/// Takes the markup that begins the text, and what it opens where its name is a secret's.
+void maskElement(std::string_view& text, std::string& result)
+{
+    const bool isSecret = isSecretName(localName(text.substr(1)));
+    const std::size_t end = isSecret ? tagEnd(text) : 0;
+    const std::size_t length = end == kNone ? std::min(text.find_first_of(" \t\r\n/>"), text.size()) : end + 1;
+    const bool isOpen = isSecret && (end == kNone || text[end - 1] != '/');
+    result.append(text.substr(0, length));
+    text.remove_prefix(length);
+    if (!isOpen) return;
+    const std::size_t content = end == kNone ? text.size() : contentLength(text);
+    if (content > 0) result.append(kMask);
+    text.remove_prefix(content);
+}
+
+std::string withoutElements(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    for (;;) {
+        const std::size_t at = std::min(text.find('<'), text.size());
+        result.append(text.substr(0, at));
+        text.remove_prefix(at);
+        if (text.empty()) return result;
+        maskElement(text, result);
+    }
+}
+
+bool isNameByte(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '%' ||
+           c == '-' || c == '.';
+}
+
+/// The name that ends the text.
+std::string_view nameAtEnd(std::string_view text)
+{
+    std::size_t begin = text.size();
+    while (begin > 0 && text.size() - begin < kLongestName && isNameByte(text[begin - 1])) --begin;
+    return text.substr(begin);
+}
+
+/// Whether what stands before "=", or what stands in quotes before ":", is a secret's name.
+bool namesSecret(std::string_view before, char separator)
+{
+    before = before.substr(0, before.find_last_not_of(" \t") + 1);
+    if (separator == ':') {
+        if (!before.ends_with('"')) return false;
+        before.remove_suffix(1);
+    }
+    return isSecretName(percentDecoded(nameAtEnd(before)));
+}
+
+/// How many bytes a value in quotes takes, with them.
+std::size_t quotedLength(std::string_view text)
+{
+    const char quote = text.front();
+    for (std::size_t at = 1; at < text.size(); ++at) {
+        if (text[at] == '\\') ++at;
+        else if (text[at] == quote) return at + 1;
+    }
+    return text.size();
+}
+
+void maskValue(std::string_view& text, std::string& result)
+{
+    const std::size_t blanks = std::min(text.find_first_not_of(" \t"), text.size());
+    result.append(text.substr(0, blanks));
+    text.remove_prefix(blanks);
+    if (text.empty()) return;
+    const bool isQuoted = text.front() == '"' || text.front() == '\'';
+    const std::size_t length =
+        isQuoted ? quotedLength(text) : std::min(text.find_first_of("& \t\r\n<>\"',}"), text.size());
+    const std::string_view quote = isQuoted ? text.substr(0, 1) : std::string_view();
+    if (length > 2 * quote.size()) result.append(quote).append(kMask).append(quote);
+    else result.append(text.substr(0, length));
+    text.remove_prefix(length);
+}
+
+std::string withoutValues(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t at = text.find_first_of("=:");
+        const std::size_t length = at == kNone ? text.size() : at + 1;
+        result.append(text.substr(0, length));
+        const bool isSecret = at != kNone && namesSecret(text.substr(0, at), text[at]);
+        text.remove_prefix(length);
+        if (isSecret) maskValue(text, result);
+    }
+    return result;
+}
+
+std::string replaced(const std::string& text, const std::string& secret)
+{
+    std::string result;
+    std::size_t begin = 0;
+    for (std::size_t at = text.find(secret); at != kNone; at = text.find(secret, begin)) {
+        result.append(text, begin, at - begin).append(kMask);
+        begin = at + secret.size();
+    }
+    return begin == 0 ? text : result.append(text, begin);
+}
+
+std::string percentEncoded(std::string_view text)
+{
+    std::string result;
+    for (const char c : text) {
+        if (c != '%' && (isNameByte(c) || c == '~')) {
+            result += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        result.append({'%', "0123456789ABCDEF"[byte >> 4U], "0123456789ABCDEF"[byte & 0xFU]});
+    }
+    return result;
+}
+
+std::string escaped(std::string_view text)
+{
+    std::string result;
+    for (const char c : text) {
+        if (c == '&') result += "&amp;";
+        else if (c == '<') result += "&lt;";
+        else if (c == '>') result += "&gt;";
+        else result += c;
+    }
+    return result;
+}
+
+}  // namespace
+
+std::vector<std::string> secretsOf(const Fields& fields)
+{
+    std::vector<std::string> secrets;
+    for (const Field& field : fields) {
+        if (!isSecretName(field.name) || field.value.size() < kShortestSecret) continue;
+        for (std::string form : {field.value, percentEncoded(field.value), escaped(field.value)}) {
+            if (std::ranges::find(secrets, form) == secrets.end()) secrets.push_back(std::move(form));
+        }
+    }
+    return secrets;
+}
+
+std::string masked(std::string_view text, const std::vector<std::string>& secrets)
+{
+    std::string result = withoutValues(withoutElements(text));
+    for (const std::string& secret : secrets) result = replaced(result, secret);
+    return result;
+}
+
+Fields masked(Fields fields)
+{
+    const std::vector<std::string> secrets = secretsOf(fields);
+    for (Field& field : fields) {
+        if (!isSecretName(field.name)) field.value = masked(field.value, secrets);
+        else if (!field.value.empty()) field.value = kMask;
+    }
+    return fields;
+}
+
+}  // namespace logreader

@@ -1,0 +1,85 @@
+#include "log/Options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <string_view>
+
+#include "log/Problem.h"
+
+namespace logreader {
+
+namespace {
+
+constexpr const char* kSummary = "Show the calls that a log of the library holds, a line a call.";
+constexpr const char* kFooter =
+    "\nWithout FILE it is the library's own log, Pravik/Log/pvwapi.txt in the user's folder for application\n"
+    "data; - is standard input. Passwords, tokens and credentials are masked.\n"
+    "Exit status: 0 done, 2 the command line, the file or this machine is at fault.";
+
+/// A time or its beginning, such as a day.
+std::string timeProblem(const std::string& text)
+{
+    constexpr std::string_view kShape = "0000-00-00 00:00:00";
+    const bool fits = !text.empty() && text.size() <= kShape.size() &&
+                      std::equal(text.begin(), text.end(), kShape.begin(), [](char is, char shape) {
+                          return shape == '0' ? is >= '0' && is <= '9' : is == shape;
+                      });
+    return fits ? std::string() : "'" + text + "' is no time such as 2026-01-31 or '2026-01-31 23:59'";
+}
+
+std::string numberProblem(const std::string& text)
+{
+    constexpr std::size_t kMostDigits = 18;
+    const bool isNumber = !text.empty() && text.size() <= kMostDigits && text.front() != '0' &&
+                          text.find_first_not_of("0123456789") == std::string::npos;
+    return isNumber ? std::string() : "'" + text + "' is no number of a call";
+}
+
+void declare(CLI::App& app, Options& options)
+{
+    app.allow_windows_style_options(false);
+    app.set_help_flag("-h,--help", "Print this help and end");
+    app.set_version_flag("--version", "pvwapi-log " PVWAPI_VERSION, "Print the version and end");
+    app.footer(kFooter);
+    app.add_option("FILE", options.file, "The log")->type_name("");
+    app.add_option("-c,--call", options.call, "The call of this number alone, with its details")
+        ->check(numberProblem)
+        ->type_name("NUMBER");
+    app.add_flag("-x,--expand", options.expand, "Each call with its details: fields decoded, XML indented");
+    app.add_option("--operation", options.operation,
+                   "Operations whose name holds this; with * or ? all of the name. Case does not count")
+        ->type_name("NAME");
+    app.add_flag("--failed", options.failed, "Calls that did not succeed");
+    app.add_option("--since", options.since, "Calls from this time on, such as 2026-01-31 or '2026-01-31 23:59'")
+        ->check(timeProblem)
+        ->type_name("TIME");
+    app.add_option("--until", options.until, "Calls up to this time; a day is meant whole")
+        ->check(timeProblem)
+        ->type_name("TIME");
+    app.add_flag("-f,--follow", options.follow, "Go on as the log grows, also when it is begun anew");
+    app.add_flag("--json", options.json, "A JSON object a call, each in a line of its own");
+    app.add_flag("--show-secrets", options.showSecrets, "Mask nothing");
+}
+
+}  // namespace
+
+Options readOptions(std::vector<std::string> words)
+{
+    Options options;
+    CLI::App app(kSummary, "pvwapi-log");
+    declare(app, options);
+    std::ranges::reverse(words);  // this is the order in which the library below takes them
+    try {
+        app.parse(std::move(words));
+    } catch (const CLI::CallForHelp&) {
+        options.help = app.help();
+    } catch (const CLI::CallForVersion& version) {
+        options.help = std::string(version.what()) + '\n';
+    } catch (const CLI::ParseError& error) {
+        throw Problem(error.what() + std::string("; see pvwapi-log --help"));
+    }
+    return options;
+}
+
+}  // namespace logreader

@@ -1,0 +1,27 @@
+// What the command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace logreader {
+
+struct Options {
+    std::string file;  ///< "-": standard input; empty: the library's own log
+    std::uint64_t call = 0;
+    std::string operation;
+    std::string since;
+    std::string until;
+    bool expand = false;
+    bool failed = false;
+    bool follow = false;
+    bool json = false;
+    bool showSecrets = false;
+    std::string help;  ///< to be printed in the place of everything else
+};
+
+/// Throws Problem where the words make no sense.
+Options readOptions(std::vector<std::string> words);
+
+}  // namespace logreader

@@ -1,0 +1,96 @@
+// Secrets do not get through, whatever stands around them.
+#include "log/Mask.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace {
+
+using namespace logreader;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(Mask, ContentOfSecretElementsIsMasked)
+{
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"<a><cred>S3CRET</cred><b>x</b></a>", "<a><cred>***</cred><b>x</b></a>"},
+        {"<cred></cred><cred/><token x='1'/>", "<cred></cred><cred/><token x='1'/>"},
+        {"<Password><![CDATA[S3</Password>CRET]]></Password>t", "<Password>***</Password>t"},
+        {"<Password><!-- </Password> -->S3CRET</Password>t", "<Password>***</Password>t"},
+        {"<k:QueltAVToken a='>'>S3CRET</k:QueltAVToken >t", "<k:QueltAVToken a='>'>***</k:QueltAVToken >t"},
+        {"<cred>S3<cred>CR</cred>ET</cred>t", "<cred>***</cred>t"},
+        {"<cred>S3CRET<x>more</x></cred>t", "<cred>***</cred>t"},
+        {"<a><cred>S3CRET", "<a><cred>***"},
+        {"<cred>S3CRET</cre", "<cred>***"},
+        {"<cred>S3CRET</other>t", "<cred>***"},
+        {"<cred <S3CRET>", "<cred***"},
+        {"<![CDATA[<cred>S3CRET</cred>]]>", "<![CDATA[<cred>***</cred>]]>"},
+        {"<changePasswordURL>http://host/</changePasswordURL>", "<changePasswordURL>http://host/</changePasswordURL>"},
+        {"a < b", "a < b"},
+        {"<", "<"},
+        {"</cred>", "</cred>"},
+    };
+    for (const auto& [text, expected] : cases) EXPECT_EQ(masked(text), expected);
+}
+
+TEST(Mask, ValuesOfSecretNamesAreMasked)
+{
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"cmd=get&cred=S3CRET&type=user", "cmd=get&cred=***&type=user"},
+        {"http://host/?%63red=S3CRET", "http://host/?%63red=***"},
+        {"<a token=\"S3CRET x\" b=\"1\"/>", "<a token=\"***\" b=\"1\"/>"},
+        {"<a token = 'S3CRET'/>", "<a token = '***'/>"},
+        {"{\"cred\": \"S3\\\"CRET\", \"a\": 1}", "{\"cred\": \"***\", \"a\": 1}"},
+        {"{\"token\":123456,\"b\":2}", "{\"token\":***,\"b\":2}"},
+        {"{\"password\":\"S3CRET", "{\"password\":\"***\""},
+        {"cred=", "cred="},
+        {"cred=\"\"", "cred=\"\""},
+        {"select=userID:email", "select=userID:email"},
+    };
+    for (const auto& [text, expected] : cases) EXPECT_EQ(masked(text), expected);
+}
+
+TEST(Mask, SecretsOfARequestAreMaskedWhereverTheReplyRepeatsThem)
+{
+    const auto secrets = secretsOf(fieldsOf("cmd=login&username=ann&password=p%26w%3Cx%20y&cred=abc"));
+    EXPECT_EQ(masked("you sent p&w<x y, or p%26w%3Cx%20y, or p&amp;w&lt;x y; ann, abc", secrets),
+              "you sent ***, or ***, or ***; ann, abc");
+}
+
+TEST(Mask, FieldsOfARequestAreMasked)
+{
+    const auto shown = [](std::string_view form) {
+        std::string text;
+        for (const Field& field : masked(fieldsOf(form))) text += field.name + "=" + field.value + ";";
+        return text;
+    };
+    EXPECT_EQ(shown("cmd=login&username=ann&password=S3CRET&isp="), "cmd=login;username=ann;password=***;isp=;");
+    EXPECT_EQ(shown("%63RED=S3CRET&cmd=get"), "cRED=***;cmd=get;");
+    EXPECT_EQ(shown("cred=S3&CR ]]> ET&cmd=create&type=wtng"), "cred=***;cmd=create;type=wtng;");
+    EXPECT_EQ(shown("cmd=x&xml=%3Ca%3E%3Ccred%3ES3CRET%3C%2Fcred%3E%3C%2Fa%3E"), "cmd=x;xml=<a><cred>***</cred></a>;");
+    EXPECT_EQ(shown("cred=S3CRET&cmd=x&id=S3CRET"), "cred=***;cmd=x;id=***;");
+    EXPECT_EQ(shown("cred="), "cred=;");
+}
+
+TEST(Mask, CutOffAtAnyByteNothingGetsThrough)
+{
+    const std::string text =
+        "<r><a><cred x='1'>S3CRETS3CRET</cred></a><b token='S3CRETS3CRET'/>"
+        "{\"password\":\"S3CRETS3CRET\"}&cred=S3CRETS3CRET&x=1</r>";
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+        EXPECT_THAT(masked(std::string_view(text).substr(0, length)), Not(HasSubstr("S3C"))) << length;
+    }
+}
+
+TEST(Mask, HostileTextTakesNoLongerThanAnyOther)
+{
+    for (const char* const piece : {"<cred>", "<cred", "<!--", "<![CDATA[", "cred=\"", "\"cred\":", "<a b='", "="}) {
+        std::string text;
+        while (text.size() < (1U << 20U)) text += piece;
+        EXPECT_FALSE(masked(text, {"S3CRET"}).empty()) << piece;
+    }
+}
+
+}  // namespace
