@@ -1,38 +1,14 @@
 // What the system does to a request here: a proxy of the environment, no descriptor left, a look-up that takes long.
-#include <dlfcn.h>
-#include <fcntl.h>
-#include <netdb.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
 #include <thread>
 
 #include "pvutil/CallControl.h"
 #include "tests/pvutil/HttpFixture.h"
-
-namespace {
-
-constexpr const char* kSlowHost = "slow.invalid";
-std::atomic<int> g_slowLookUps = 0;
-
-}  // namespace
-
-// Stands before the system's own, for no name server here can be made to take long: that one host takes a second.
-extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* host, const char* service,
-                                                                  const addrinfo* hints, addrinfo** found)
-{
-    if (host != nullptr && std::strcmp(host, kSlowHost) == 0) {
-        ++g_slowLookUps;
-        std::this_thread::sleep_for(std::chrono::seconds(1));
-        return EAI_NONAME;
-    }
-    using LookUp = int (*)(const char*, const char*, const addrinfo*, addrinfo**);
-    return reinterpret_cast<LookUp>(dlsym(RTLD_NEXT, "getaddrinfo"))(host, service, hints, found);
-}
+#include "tests/pvutil/SlowLookUp.h"
 
 namespace kzn::test {
 namespace {
@@ -118,22 +94,19 @@ TEST_F(HttpSystem, LookUpIsLeftToItself)
             std::this_thread::sleep_for(100ms);
             control.cancel();
         });
-        expectFault(HttpFault::cancelled, wide(std::string("http://") + kSlowHost + "/"),
-                    "Looking up slow.invalid:80: ");
+        expectFault(HttpFault::cancelled, "http://slow.invalid/"_w, "Looking up slow.invalid:80: ");
     }
     {
         const CallScope call(&control, 100ms);
-        expectFault(HttpFault::deadline, wide(std::string("http://") + kSlowHost + "/"),
-                    "Looking up slow.invalid:80: ");
+        expectFault(HttpFault::deadline, "http://slow.invalid/"_w, "Looking up slow.invalid:80: ");
     }
     client.ControlledBy(nullptr);
     HttpLimits limits;
     limits.connect = 100ms;
     CZelHttpClient::SetLimits(limits);
-    expectFault(HttpFault::connectTimeout, wide(std::string("http://") + kSlowHost + "/"),
-                "Looking up slow.invalid:80: ");
+    expectFault(HttpFault::connectTimeout, "http://slow.invalid/"_w, "Looking up slow.invalid:80: ");
     EXPECT_LT(Clock::now() - begin, 900ms);
-    EXPECT_EQ(g_slowLookUps, 3);
+    EXPECT_EQ(slowLookUps(), 3);
     server.reply(200, "text/xml", "<kznapi/>");
     EXPECT_EQ(post("after"), 200);
     std::this_thread::sleep_for(1200ms);  // the look-ups end while the library is there
