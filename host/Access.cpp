@@ -29,7 +29,7 @@ unsigned long testsOf(const Call& call)
 void space(Call& call)
 {
     SPACE_ACCESS access;
-    call.check(call.client().probeSpaceAccess(call.cred(), call.text("workspace"), access, testsOf(call)));
+    call.check(call.client().probeSpaceAccess(call.cred(), call.xml("workspace"), access, testsOf(call)));
     call.show(access, {"setWorkspaceAccess", "setWorkspaceReason", "deleteWorkspaceAccess", "deleteWorkspaceReason",
                        "joinSpaceAccess", "joinSpaceReason"});
 }
@@ -45,14 +45,14 @@ void own(Call& call)
 void doc(Call& call)
 {
     DOC_ACCESS access;
-    call.check(call.client().probeDocAccess(call.cred(), call.text("document"), access));
+    call.check(call.client().probeDocAccess(call.cred(), call.xml("document"), access));
     call.show(access);
 }
 
 void room(Call& call)
 {
     ROOM_ACCESS access;
-    call.check(call.client().probeChatRoomAccess(call.cred(), call.text("room"), access));
+    call.check(call.client().probeChatRoomAccess(call.cred(), call.xml("room"), access));
     call.show(access);
 }
 

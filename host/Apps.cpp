@@ -9,8 +9,8 @@ namespace {
 void instantiate(Call& call)
 {
     CStringT workspaceID;
-    call.check(call.client().createSpaceUsingApp(call.cred(), call.text("name"), call.text("app"), workspaceID,
-                                                 call.text("--description"), call.given("--favourite") ? 1 : 0,
+    call.check(call.client().createSpaceUsingApp(call.cred(), call.xml("name"), call.xml("app"), workspaceID,
+                                                 call.cdata("--description"), call.given("--favourite") ? 1 : 0,
                                                  call.number("--type", 0)));
     call.show({{"workspaceID", workspaceID}});
 }
@@ -18,8 +18,8 @@ void instantiate(Call& call)
 void save(Call& call)
 {
     CStringT widgetID;
-    call.check(call.client().saveWorkspaceAsApp(call.cred(), call.text("workspace"), call.text("name"),
-                                                call.text("library"), widgetID, call.text("--description")));
+    call.check(call.client().saveWorkspaceAsApp(call.cred(), call.xml("workspace"), call.xml("name"),
+                                                call.xml("library"), widgetID, call.cdata("--description")));
     call.show({{"widgetID", widgetID}});
 }
 

@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "host/Encoding.h"
 #include "host/Errors.h"
 #include "host/Text.h"
 
@@ -54,6 +55,36 @@ std::vector<CStringT> Call::list(const std::string& name) const
     return texts;
 }
 
+std::vector<CStringT> Call::carried(const std::string& name, CStringT (*as)(const CStringT& text)) const
+{
+    std::vector<CStringT> texts = list(name);
+    for (CStringT& text : texts) {
+        if (!fitsXml(text)) throw LocalProblem(name + ": holds a character that no request can carry");
+        text = as(text);
+    }
+    return texts;
+}
+
+CStringT Call::xml(const std::string& name) const
+{
+    return given(name) ? xmlList(name).back() : CStringT();
+}
+
+CStringT Call::cdata(const std::string& name) const
+{
+    return given(name) ? cdataList(name).back() : CStringT();
+}
+
+std::vector<CStringT> Call::xmlList(const std::string& name) const
+{
+    return carried(name, xmlOf);
+}
+
+std::vector<CStringT> Call::cdataList(const std::string& name) const
+{
+    return carried(name, cdataOf);
+}
+
 const CStringT& Call::cred()
 {
     if (client_.getRootCred().empty()) {
@@ -61,6 +92,11 @@ const CStringT& Call::cred()
         ownSession_ = true;
     }
     return client_.getRootCred();
+}
+
+CStringT Call::formCred()
+{
+    return percentOf(cred());
 }
 
 void Call::signIn()

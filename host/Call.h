@@ -37,11 +37,20 @@ public:
     int number(const std::string& name, int otherwise) const;
     std::vector<CStringT> list(const std::string& name) const;
 
+    /// The same for the places of a request that the library fills with a text as it stands: as the content of an
+    /// element, and as that of a CDATA section. Ends the command where XML cannot carry the text.
+    CStringT xml(const std::string& name) const;
+    CStringT cdata(const std::string& name) const;
+    std::vector<CStringT> xmlList(const std::string& name) const;
+    std::vector<CStringT> cdataList(const std::string& name) const;
+
     CWapiClient& client() { return client_; }
     const Credentials& credentials() const { return credentials_; }
 
     /// The credential of the session: the one that was given, else the one of a sign-in that is made now.
     const CStringT& cred();
+    /// The same, encoded for the operations that put it into a form or an address as it stands.
+    CStringT formCred();
 
     /// Signs in with user and password or token. The session outlives the command.
     void signIn();
@@ -64,6 +73,7 @@ public:
 
 private:
     const std::vector<std::string>& values(const std::string& name) const;
+    std::vector<CStringT> carried(const std::string& name, CStringT (*as)(const CStringT& text)) const;
 
     const Settings& settings_;
     Values values_;

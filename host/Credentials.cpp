@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "host/Encoding.h"
 #include "host/Errors.h"
 #include "host/System.h"
 #include "host/Text.h"
@@ -39,6 +40,7 @@ std::string_view trimmed(std::string_view text)
 /// The line itself never gets into a message: it may hold the password.
 void readLine(Credentials& credentials, std::string_view line, const std::string& where)
 {
+    if (!isUtf8(line)) throw LocalProblem(where + ": not UTF-8");
     line = trimmed(line);
     if (line.empty() || line.front() == '#') return;
 

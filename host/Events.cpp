@@ -23,7 +23,7 @@ EVENT_NAME eventOf(const Call& call)
 std::vector<SPACE_COUNT_ITEM> itemsOf(const Call& call)
 {
     std::vector<SPACE_COUNT_ITEM> items;
-    for (const CStringT& workspace : call.list("workspace")) {
+    for (const CStringT& workspace : call.xmlList("workspace")) {
         SPACE_COUNT_ITEM& item = items.emplace_back();
         item.workspaceID = workspace;
         item.unreadMessageCount = call.number("--unread", 0);
@@ -35,28 +35,28 @@ std::vector<SPACE_COUNT_ITEM> itemsOf(const Call& call)
 void notify(Call& call)
 {
     std::vector<SPACE_COUNT_ITEM> items = itemsOf(call);
-    call.check(call.client().getSpaceNotify(call.cred(), items));
+    call.check(call.client().getSpaceNotify(call.formCred(), items));
     call.show(items, {"workspaceID", "count"});
 }
 
 void activity(Call& call)
 {
     std::vector<SPACE_COUNT_ITEM> items = itemsOf(call);
-    call.check(call.client().getSpaceActivity(call.cred(), items));
+    call.check(call.client().getSpaceActivity(call.formCred(), items));
     call.show(items, {"workspaceID", "count"});
 }
 
 void send(Call& call)
 {
-    call.check(call.client().sendNotificationEvent(call.cred(), eventOf(call), call.text("workspace"),
-                                                   call.text("--workspace-name"), call.text("--message"),
-                                                   call.text("--tag"), call.text("--sender")));
+    call.check(call.client().sendNotificationEvent(call.cred(), eventOf(call), call.xml("workspace"),
+                                                   call.cdata("--workspace-name"), call.cdata("--message"),
+                                                   call.xml("--tag"), call.xml("--sender")));
 }
 
 void record(Call& call)
 {
-    call.check(call.client().writeMeetingRecord(call.cred(), call.text("workspace"), call.text("--site"),
-                                                call.text("--meeting"), call.text("--host"), call.text("--session")));
+    call.check(call.client().writeMeetingRecord(call.cred(), call.xml("workspace"), call.xml("--site"),
+                                                call.xml("--meeting"), call.xml("--host"), call.xml("--session")));
 }
 
 }  // namespace

@@ -1,15 +1,16 @@
 // The user's favourite workspaces.
 #include "host/Call.h"
+#include "host/Encoding.h"
 #include "host/Topics.h"
 
 namespace host {
 
 namespace {
 
-/// Favourites are kept under the user's own ID unless somebody names another list.
+/// Favourites are kept under the user's own ID unless somebody names another list. As it goes into XML.
 CStringT listName(Call& call)
 {
-    return call.given("--list") ? call.text("--list") : call.userID();
+    return call.given("--list") ? call.xml("--list") : xmlOf(call.userID());
 }
 
 void list(Call& call)
@@ -23,13 +24,13 @@ void list(Call& call)
 void add(Call& call)
 {
     const CStringT name = listName(call);
-    call.check(call.client().createFavoriteSpace(call.cred(), name, call.text("workspace")));
+    call.check(call.client().createFavoriteSpace(call.formCred(), name, call.xml("workspace")));
 }
 
 void remove(Call& call)
 {
     const CStringT name = listName(call);
-    call.check(call.client().deleteFavoriteSpace(call.cred(), name, call.text("workspace")));
+    call.check(call.client().deleteFavoriteSpace(call.formCred(), name, call.xml("workspace")));
 }
 
 }  // namespace

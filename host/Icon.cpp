@@ -1,5 +1,6 @@
 // The picture of a workspace.
 #include "host/Call.h"
+#include "host/Errors.h"
 #include "host/Progress.h"
 #include "host/Topics.h"
 
@@ -7,18 +8,31 @@ namespace host {
 
 namespace {
 
+/// The path stands between quotation marks in the head of the upload, where nothing can be escaped.
+CStringT fileOf(const Call& call)
+{
+    CStringT file = call.text("file");
+    for (const auto unit : file) {
+        if (unit == '"' || unit < ' ') {
+            throw LocalProblem("file: an upload cannot carry a name with a quotation mark or a control character");
+        }
+    }
+    return file;
+}
+
 void set(Call& call)
 {
+    const CStringT file = fileOf(call);
     const CStringT& cred = call.cred();
     CStringT url;
     const Progress progress(call.client());
-    call.check(call.client().SetSpaceIcon(cred, call.text("workspace"), call.text("file"), url));
+    call.check(call.client().SetSpaceIcon(cred, call.xml("workspace"), file, url));
     call.show({{"url", url}});
 }
 
 void get(Call& call)
 {
-    const CStringT& cred = call.cred();
+    const CStringT cred = call.formCred();
     CStringT localPath;
     const Progress progress(call.client());
     call.check(call.client().GetSpaceIcon(cred, call.text("url"), localPath));

@@ -20,7 +20,7 @@ std::vector<CZelSpaceInvite> ofTheWorkspace(Call& call)
     std::vector<CZelSpaceInvite> invitations;
     SPACE_ACCESS access;
     CStringT unused;
-    call.check(call.client().getSpaceBatch(call.cred(), call.text("--workspace"), space, invitations, access, unused));
+    call.check(call.client().getSpaceBatch(call.cred(), call.xml("--workspace"), space, invitations, access, unused));
     return invitations;
 }
 
@@ -32,7 +32,7 @@ void list(Call& call)
 
 void answer(Call& call, int accept)
 {
-    call.check(call.client().responseInvitation(call.cred(), call.text("workspace"), accept));
+    call.check(call.client().responseInvitation(call.cred(), call.xml("workspace"), accept));
 }
 
 void accept(Call& call)
@@ -47,7 +47,7 @@ void reject(Call& call)
 
 void withdraw(Call& call)
 {
-    call.check(call.client().delInvt(call.cred(), call.text("workspace"), call.text("user")));
+    call.check(call.client().delInvt(call.cred(), call.xml("workspace"), call.cdata("user")));
 }
 
 }  // namespace

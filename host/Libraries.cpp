@@ -29,7 +29,7 @@ void apps(Call& call)
 
 void addTemplate(Call& call)
 {
-    call.check(call.client().addTemplateToLibrary(call.cred(), call.text("library"), call.text("template")));
+    call.check(call.client().addTemplateToLibrary(call.cred(), call.text("library"), call.xml("template")));
 }
 
 }  // namespace

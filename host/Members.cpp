@@ -1,5 +1,6 @@
 // The people of a workspace.
 #include "host/Call.h"
+#include "host/Errors.h"
 #include "host/Text.h"
 #include "host/Topics.h"
 
@@ -25,27 +26,36 @@ void list(Call& call)
 void invite(Call& call)
 {
     std::vector<SPACEINVT> invitations;
-    for (const CStringT& user : call.list("user")) {
+    for (const CStringT& user : call.cdataList("user")) {
         SPACEINVT& invitation = invitations.emplace_back();
-        invitation.workspaceID = call.text("workspace");
+        invitation.workspaceID = call.xml("workspace");
         invitation.user = user;
-        invitation.inviteMethod = call.given("--method") ? call.text("--method") : FromUtf8("EMAIL");
-        invitation.isproviderID = call.text("--provider");
+        invitation.inviteMethod = call.given("--method") ? call.xml("--method") : FromUtf8("EMAIL");
+        invitation.isproviderID = call.xml("--provider");
         invitation.inviteAs = roleOf(call, "--role");
     }
-    call.check(call.client().inviteMembers(call.cred(), invitations, call.text("--message")));
+    call.check(call.client().inviteMembers(call.cred(), invitations, call.cdata("--message")));
+    // Shown as they were typed, not as they were sent.
+    const std::vector<CStringT> users = call.list("user");
+    for (std::size_t at = 0; at < users.size(); ++at) {
+        invitations[at].workspaceID = call.text("workspace");
+        invitations[at].user = users[at];
+    }
     call.show(invitations, {"user", "status", "userID", "userName", "email", "emailSent"});
 }
 
 void remove(Call& call)
 {
-    call.check(call.client().removeSpaceMember(call.cred(), call.text("workspace"), call.text("user")));
+    const CStringT user = call.text("user");
+    // The ID stands between quotes in an expression, which knows no way to write one.
+    if (user.find('\'') != CStringT::npos) throw LocalProblem("user: a request cannot carry an ID with a quote");
+    call.check(call.client().removeSpaceMember(call.cred(), call.text("workspace"), user));
 }
 
 void role(Call& call)
 {
     call.check(
-        call.client().changeMemberRole(call.cred(), call.text("workspace"), call.text("user"), roleOf(call, "role")));
+        call.client().changeMemberRole(call.cred(), call.xml("workspace"), call.xml("user"), roleOf(call, "role")));
 }
 
 }  // namespace

@@ -13,9 +13,9 @@ void roles(Call& call)
     std::vector<RoleItem> items;
     const CStringT& cred = call.cred();
     if (call.given("--with")) {
-        call.check(call.client().ProbeAccessAllSpace(cred, call.text("--with"), {}, items));
+        call.check(call.client().ProbeAccessAllSpace(cred, call.xml("--with"), {}, items));
     } else {
-        call.check(call.client().getRole(cred, call.list("workspace"), items));
+        call.check(call.client().getRole(cred, call.xmlList("workspace"), items));
     }
     call.show(items, {"id", "cmd", "access"});
 }

@@ -1,5 +1,6 @@
 // Workspaces.
 #include "host/Call.h"
+#include "host/Encoding.h"
 #include "host/Topics.h"
 
 namespace host {
@@ -8,11 +9,12 @@ namespace {
 
 using Fields = std::vector<CWapiClient::WKSP_Field_Value>;
 
-Fields descriptionOf(const Call& call)
+/// `as` is what the operation at hand needs of a text in a CDATA section.
+Fields descriptionOf(const Call& call, CStringT (Call::*as)(const std::string&) const)
 {
     constexpr int kDescription = 0;
     if (!call.given("--description")) return {};
-    return {{kDescription, call.text("--description")}};
+    return {{kDescription, (call.*as)("--description")}};
 }
 
 int favouriteOf(const Call& call)
@@ -34,14 +36,14 @@ void show(Call& call)
     std::vector<CZelSpaceInvite> invitations;
     SPACE_ACCESS access;
     CStringT unused;
-    call.check(call.client().getSpaceBatch(call.cred(), call.text("workspace"), space, invitations, access, unused));
+    call.check(call.client().getSpaceBatch(call.cred(), call.xml("workspace"), space, invitations, access, unused));
     const Columns invited{"userDescriptor", "userName", "status", "inviteAsType", "ownerName", "expires"};
     call.showParts({{"space", space}, {"invitations", invitations, invited}, {"access", access}});
 }
 
 void create(Call& call)
 {
-    Fields fields = descriptionOf(call);
+    Fields fields = descriptionOf(call, &Call::text);
     CStringT workspaceID;
     call.check(call.client().createSpace(call.cred(), call.text("name"), fields, workspaceID, call.number("--type", 0),
                                          favouriteOf(call)));
@@ -52,33 +54,33 @@ void clone(Call& call)
 {
     constexpr int kTemplate = 0x10;
     const int typeAndFlags = call.number("--type", 0) | (call.given("--template") ? kTemplate : 0);
-    Fields fields = descriptionOf(call);
+    Fields fields = descriptionOf(call, &Call::text);
     CStringT workspaceID;
-    call.check(call.client().cloneWksp(call.cred(), call.text("name"), call.text("source"), typeAndFlags, fields,
-                                       workspaceID, favouriteOf(call)),
+    call.check(call.client().cloneWksp(call.cred(), call.text("name"), percentOf(call.text("source")), typeAndFlags,
+                                       fields, workspaceID, favouriteOf(call)),
                call.emptyOne({"name"}));
     call.show({{"workspaceID", workspaceID}});
 }
 
 void edit(Call& call)
 {
-    Fields fields = descriptionOf(call);
+    Fields fields = descriptionOf(call, &Call::cdata);
     const bool named = call.given("--name");
     std::string refusal = call.emptyOne({"workspace"});
     if (!named && fields.empty()) refusal = "nothing was sent: neither --name nor --description is given";
     call.check(
-        call.client().editExtWksp(call.cred(), call.text("workspace"), call.text("--name"), named ? 1 : 0, fields),
+        call.client().editExtWksp(call.cred(), call.text("workspace"), call.xml("--name"), named ? 1 : 0, fields),
         refusal);
 }
 
 void remove(Call& call)
 {
-    call.check(call.client().deleteWksp(call.cred(), call.text("workspace")), call.emptyOne({"workspace"}));
+    call.check(call.client().deleteWksp(call.cred(), call.xml("workspace")), call.emptyOne({"workspace"}));
 }
 
 void leave(Call& call)
 {
-    call.check(call.client().leaveWorkspace(call.cred(), call.text("workspace")), call.emptyOne({"workspace"}));
+    call.check(call.client().leaveWorkspace(call.cred(), call.xml("workspace")), call.emptyOne({"workspace"}));
 }
 
 void test(Call& call)

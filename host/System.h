@@ -7,10 +7,10 @@
 
 namespace host::system {
 
-/// The arguments behind the program's name.
+/// The arguments behind the program's name. Throws LocalProblem where one is no text.
 std::vector<std::string> arguments(int argc, const char* const* argv);
 
-/// The environment variable, empty where it is not set.
+/// The environment variable, empty where it is not set. Throws LocalProblem where it is no text.
 std::string environment(const std::string& name);
 
 /// Lets the two output streams carry bytes as they are, and a console show them as UTF-8.

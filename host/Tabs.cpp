@@ -17,7 +17,7 @@ void list(Call& call)
 void create(Call& call)
 {
     CStringT tabID;
-    call.check(call.client().createTab(call.cred(), call.text("workspace"), call.text("name"),
+    call.check(call.client().createTab(call.cred(), call.xml("workspace"), call.cdata("name"),
                                        call.number("--position", 1), tabID),
                call.emptyOne({"workspace", "name"}));
     call.show({{"tabID", tabID}});
@@ -27,14 +27,14 @@ void rename(Call& call)
 {
     CZelTab tab;
     tab.SetID(call.text("tab"));
-    tab.SetName(call.text("name"));
+    tab.SetName(call.cdata("name"));
     call.check(call.client().editTab(call.cred(), call.text("workspace"), tab), call.emptyOne({"workspace", "tab"}));
 }
 
 void order(Call& call)
 {
     std::vector<CZelTab> tabs;
-    for (const CStringT& id : call.list("tab")) {
+    for (const CStringT& id : call.xmlList("tab")) {
         CZelTab& tab = tabs.emplace_back();
         tab.SetID(id);
         tab.SetTabPos(static_cast<int>(tabs.size()));

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "host/Call.h"
+#include "host/Encoding.h"
 #include "host/Topics.h"
 
 namespace host {
@@ -20,7 +21,7 @@ void show(Call& call)
 void profile(Call& call)
 {
     std::vector<USER_PROFILE> users;
-    for (const CStringT& user : call.list("user")) users.emplace_back().userID = user;
+    for (const CStringT& user : call.xmlList("user")) users.emplace_back().userID = user;
     call.check(call.client().getUserProfile(call.cred(), users));
     call.show(users, {"userID", "firstName", "middleName", "lastName"});
 }
@@ -31,7 +32,7 @@ void edit(Call& call)
     constexpr std::array kFields{"--host-name", "--website", "--build", "--client-version"};
     std::vector<CWapiClient::USER_Field_Value> fields;
     for (std::size_t type = 0; type < kFields.size(); ++type) {
-        if (call.given(kFields[type])) fields.push_back({static_cast<int>(type), call.text(kFields[type])});
+        if (call.given(kFields[type])) fields.push_back({static_cast<int>(type), call.xml(kFields[type])});
     }
     const CStringT user = call.userID();
     call.check(call.client().editExtUser(call.cred(), user, fields),
@@ -40,7 +41,7 @@ void edit(Call& call)
 
 void createAccount(Call& call)
 {
-    const CStringT user = call.userID();
+    const CStringT user = xmlOf(call.userID());
     call.check(call.client().createRDQAVAccount(call.cred(), user));
 }
 

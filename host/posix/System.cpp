@@ -8,11 +8,14 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "host/Encoding.h"
 #include "host/Errors.h"
 
 namespace host::system {
 
 namespace {
+
+constexpr const char* kNoText = "not UTF-8";
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why)
 {
@@ -64,13 +67,20 @@ void writeAll(int file, const std::string& path, std::string_view text)
 
 std::vector<std::string> arguments(int argc, const char* const* argv)
 {
-    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+    std::vector<std::string> words;
+    for (int index = 1; index < argc; ++index) {
+        if (!isUtf8(argv[index])) refuse("argument " + std::to_string(index), kNoText);
+        words.emplace_back(argv[index]);
+    }
+    return words;
 }
 
 std::string environment(const std::string& name)
 {
     const char* const value = std::getenv(name.c_str());
-    return value != nullptr ? value : "";
+    if (value == nullptr) return {};
+    if (!isUtf8(value)) refuse(name, kNoText);
+    return value;
 }
 
 void prepareOutput() {}

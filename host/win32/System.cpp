@@ -52,6 +52,14 @@ using Local = std::unique_ptr<T, FreeLocal>;
     refuseForError(path, ::GetLastError());
 }
 
+/// `what` is what a message calls the text.
+std::string textOf(const CStringT& text, const std::string& what)
+{
+    std::string utf8 = ToUtf8(text);
+    if (FromUtf8(utf8) != text) refuse(what, "not UTF-16");
+    return utf8;
+}
+
 /// `path` is what a message calls the file `name`.
 Handle openFile(const std::string& path, const CStringT& name, DWORD access, DWORD disposition,
                 SECURITY_ATTRIBUTES* security)
@@ -140,14 +148,16 @@ std::vector<std::string> arguments(int, const char* const*)
     if (!words) throw LocalProblem("the command line cannot be read");
 
     std::vector<std::string> result;
-    for (int index = 1; index < count; ++index) result.push_back(ToUtf8(words.get()[index]));
+    for (int index = 1; index < count; ++index) {
+        result.push_back(textOf(words.get()[index], "argument " + std::to_string(index)));
+    }
     return result;
 }
 
 std::string environment(const std::string& name)
 {
     const wchar_t* const value = ::_wgetenv(FromUtf8(name).c_str());
-    return value != nullptr ? ToUtf8(value) : "";
+    return value != nullptr ? textOf(value, name) : "";
 }
 
 void prepareOutput()

@@ -21,7 +21,7 @@ std::vector<Case> silentSpaceCommands()
     return {
         {{"spaces", "edit", "W1", "--name", "Neu & alt", "--description", ""},
          "cmd=set&cred=C1&type=workspace&id=W1&xml=<workspace><ext><KZN><description><text><![CDATA[]]></text>"
-         "</description></KZN></ext><workspaceName>Neu & alt</workspaceName></workspace>"},
+         "</description></KZN></ext><workspaceName>Neu &amp; alt</workspaceName></workspace>"},
         {{"spaces", "edit", "W1", "--name", "N"},
          "cmd=set&cred=C1&type=workspace&id=W1&xml=<workspace><ext><KZN><description></description></KZN></ext>"
          "<workspaceName>N</workspaceName></workspace>"},

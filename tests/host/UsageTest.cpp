@@ -103,7 +103,8 @@ TEST_F(HostTest, FileThatIsNoListOfCredentialsIsRefusedWithoutQuotingIt)
     const std::vector<std::pair<std::string, std::string>> cases{
         {"user=anna\nsecret\n", ":2: not of the form name=value"},
         {"# comment\n\npasswort=secret\n", ":3" + names},
-        {std::string("\0\xff=secret", 9), ":1" + names},
+        {std::string("\0\x7f=secret", 9), ":1" + names},
+        {"\xff=secret", ":1: not UTF-8"},
         {std::string(70'000, 'x'), ": too large for a file of credentials"},
     };
     for (const auto& [text, problem] : cases) {
