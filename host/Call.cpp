@@ -4,22 +4,61 @@
 
 #include "host/Encoding.h"
 #include "host/Errors.h"
+#include "host/Network.h"
 #include "host/Text.h"
 
 namespace host {
 
+namespace {
+
+/// What stands in a request that nobody sends, where a sign-in or a session is not given.
+Credentials withPlaceholders(Credentials credentials, Secrets& secrets)
+{
+    const auto put = [&](CStringT& field, const char* placeholder) {
+        if (!field.empty()) return;
+        field = FromUtf8(placeholder);
+        secrets.allow(placeholder);
+    };
+    put(credentials.user, "USER");
+    if (credentials.token.empty()) put(credentials.password, "PASSWORD");
+    put(credentials.cred, "CRED");
+    return credentials;
+}
+
+}  // namespace
+
 Call::Call(const Settings& settings, Values values)
     : settings_(settings),
       values_(std::move(values)),
-      credentials_(readCredentials(settings.credentialsFile)),
-      client_(FromUtf8(settings.baseUrl))
+      client_(FromUtf8(settings.baseUrl)),
+      wire_(client_, settings.sight),
+      interrupts_([this] { stop(); }),
+      credentials_(readCredentials(settings.credentialsFile))
 {
+    client_.setDeadline(settings.timeout);
+    if (settings.sight.isDry) credentials_ = withPlaceholders(credentials_, wire_.secrets());
     client_.setRootCred(credentials_.cred);
+    for (const CStringT& secret : {credentials_.password, credentials_.token, credentials_.cred}) {
+        wire_.secrets().add(ToUtf8(secret));
+    }
 }
 
 Call::~Call()
 {
-    if (ownSession_) client_.logout(client_.getRootCred());
+    constexpr unsigned int kSignOut = 3'000;
+    if (!ownSession_) return;
+    isSigningOut_ = true;
+    wire_.goOn();
+    if (isHurried_) client_.setDeadline(kSignOut);
+    client_.logout(client_.getRootCred());
+}
+
+/// A session of the command's own still ends in order.
+void Call::stop()
+{
+    if (isSigningOut_) return;
+    wire_.stop();
+    client_.cancel();
 }
 
 const std::vector<std::string>& Call::values(const std::string& name) const
@@ -101,25 +140,43 @@ CStringT Call::formCred()
 
 void Call::signIn()
 {
-    const Credentials& c = credentials_;
-    if (c.user.empty() || (c.password.empty() && c.token.empty())) {
-        throw LocalProblem(
-            "no credentials: set PVWAPI_CRED, or PVWAPI_USER and PVWAPI_PASSWORD or PVWAPI_TOKEN, or "
-            "name a file with --credentials");
-    }
+    const Credentials& c = identity();
     const int useToken = c.token.empty() ? 0 : 1;
     check(client_.login(c.user, c.token, c.isp, c.password, useToken, 1));
     if (client_.getRootCred().empty()) throw OperationFailed("the service signed in without a credential");
 }
 
+const Credentials& Call::identity()
+{
+    Credentials& c = credentials_;
+    if (!c.user.empty() && c.password.empty() && c.token.empty()) {
+        const auto password = system::askSecret("Password for " + harmless(c.user) + ": ");
+        if (password) c.password = FromUtf8(*password);
+        wire_.secrets().add(ToUtf8(c.password));
+    }
+    if (c.user.empty() || (c.password.empty() && c.token.empty())) {
+        throw LocalProblem(
+            "no credentials: set PVWAPI_CRED, or PVWAPI_USER and PVWAPI_PASSWORD or PVWAPI_TOKEN, or "
+            "name a file with --credentials");
+    }
+    return c;
+}
+
+void Call::checkNetwork()
+{
+    if (client_.getNetworkErrorKind() == CWapiClient::NETWORK_NONE) return;
+    isHurried_ = true;
+    throw networkFailure(client_);
+}
+
 void Call::check(int result, const std::string& refusal)
 {
     if (result == 1) return;
+    checkNetwork();
     const WAPIMESSAGE message = client_.GetLstMsg();
-    std::string line = message.reason.empty() ? refusal : ToUtf8(message.reason);
-    if (line.empty()) line = "failed without a reason";
-    if (!message.exceptionID.empty()) line += " (" + ToUtf8(message.exceptionID) + ")";
-    throw OperationFailed(line);
+    std::string reason = message.reason.empty() ? refusal : ToUtf8(message.reason);
+    if (reason.empty()) reason = "failed without a reason";
+    throw OperationFailed(wire_.secrets().maskedLine(reason), ToUtf8(message.exceptionID));
 }
 
 std::string Call::emptyOne(std::initializer_list<const char*> names) const

@@ -10,6 +10,8 @@
 #include "client/WapiClient.h"
 #include "host/Credentials.h"
 #include "host/Output.h"
+#include "host/System.h"
+#include "host/Wire.h"
 
 namespace host {
 
@@ -18,6 +20,8 @@ struct Settings {
     Format format = Format::table;
     std::string baseUrl;
     std::string credentialsFile;
+    unsigned int timeout = 0;  ///< milliseconds for each call; 0 is no limit
+    Sight sight;
 };
 
 /// The values given on the command line, by the argument's name; a flag has an empty one.
@@ -46,6 +50,7 @@ public:
 
     CWapiClient& client() { return client_; }
     const Credentials& credentials() const { return credentials_; }
+    const Wire& wire() const { return wire_; }
 
     /// The credential of the session: the one that was given, else the one of a sign-in that is made now.
     const CStringT& cred();
@@ -55,8 +60,13 @@ public:
     /// Signs in with user and password or token. The session outlives the command.
     void signIn();
 
+    /// The user with what proves who it is, asked for where somebody can be asked. Ends the command without.
+    const Credentials& identity();
+
     /// Ends the command with the client's last message unless `result` is 1; with `refusal` where the client has none.
     void check(int result, const std::string& refusal = {});
+    /// Ends the command where the last request got no reply.
+    void checkNetwork();
 
     /// The refusal of a call for which none of these arguments may be empty: names the first that is, if one is.
     std::string emptyOne(std::initializer_list<const char*> names) const;
@@ -75,10 +85,16 @@ private:
     const std::vector<std::string>& values(const std::string& name) const;
     std::vector<CStringT> carried(const std::string& name, CStringT (*as)(const CStringT& text)) const;
 
+    void stop();
+
     const Settings& settings_;
     Values values_;
-    Credentials credentials_;
     CWapiClient client_;
+    Wire wire_;
+    std::atomic<bool> isSigningOut_ = false;
+    bool isHurried_ = false;  // nobody wants to wait any longer
+    system::Interrupts interrupts_;
+    Credentials credentials_;
     bool ownSession_ = false;
     std::string output_;
 };

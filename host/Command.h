@@ -8,7 +8,7 @@ namespace host {
 
 class Call;
 
-enum class Kind { text, number, flag, list };
+enum class Kind { text, number, seconds, flag, list };
 
 /// "name" stands at a fixed place, "--name" anywhere. Placed ones must be given, the others may be; a placed list comes
 /// last and takes all that follows, be it nothing.

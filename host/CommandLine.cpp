@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
+#include <optional>
 
 #include "host/Errors.h"
 #include "host/System.h"
@@ -19,10 +20,13 @@ constexpr const char* kFooter =
     "(and PVWAPI_ISP for another identity provider), or PVWAPI_CRED, the credential that login\n"
     "prints; or from a file of lines such as user=NAME and password=WORD that nobody but you can\n"
     "read. A command signs in and out by itself unless it is given the credential of a session.\n"
-    "Exit status: 0 done, 1 the operation failed, 2 the command line or this machine is at fault.";
+    "Exit status: 0 done, 1 refused, 2 the command line or this machine is at fault, 3 no connection,\n"
+    "4 stopped by --timeout or Ctrl-C.";
 
 // Lists the operations and the commands that call them. It stands in no help: it is for the tests and the curious.
 constexpr const char* kOperations = "--operations";
+
+constexpr const char* kVerbose = "-v";
 
 std::vector<Argument> commonArguments()
 {
@@ -31,8 +35,28 @@ std::vector<Argument> commonArguments()
         {"--base-url",
          "The service's operation URL, such as http://host/kznconnect/op.do; else PVWAPI_BASE_URL, else "
          "the library's own"},
-        {"--credentials", "A file of credentials, in the place of the environment"},
+        {"--credentials", "A file of credentials, in the place of the environment; - is standard input"},
+        {"--timeout", "How long each call may take; fractions are allowed", Kind::seconds},
+        {kVerbose, "Tell of each exchange with the service on standard error; -vv shows it", Kind::flag},
+        {"--dry-run", "Print the first request and send nothing", Kind::flag},
+        {"--show-secrets", "Show passwords and credentials in what -vv and --dry-run print", Kind::flag},
     };
+}
+
+/// Nothing where the text is no time that the library can take.
+std::optional<unsigned int> millisecondsIn(const std::string& text)
+{
+    constexpr double kMost = 4'000'000;
+    double seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
+    if (error != std::errc() || stop != end || !(seconds >= 0.001 && seconds <= kMost)) return std::nullopt;
+    return static_cast<unsigned int>(seconds * 1000);
+}
+
+std::string secondsProblem(const std::string& text)
+{
+    return millisecondsIn(text) ? std::string() : "'" + text + "' is not a number of seconds above 0";
 }
 
 std::string joined(const std::vector<std::string>& words, const char* separator)
@@ -91,6 +115,7 @@ void addOption(CLI::App& app, const Argument& argument)
     CLI::Option& option = *app.add_option(argument.name, argument.help);
     option.type_name(argument.kind == Kind::number ? "NUMBER" : "TEXT");
     if (argument.kind == Kind::number) option.check(numberProblem);
+    if (argument.kind == Kind::seconds) option.type_name("SECONDS")->check(secondsProblem);
     if (argument.kind == Kind::list) option.multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     if (!argument.name.starts_with('-')) {
         if (argument.kind == Kind::list) option.expected(0, -1)->allow_extra_args();
@@ -202,6 +227,9 @@ Request Parser::request() const
     request.settings.format = last("--format", "table") == "json" ? Format::json : Format::table;
     request.settings.baseUrl = last("--base-url", system::environment("PVWAPI_BASE_URL"));
     request.settings.credentialsFile = last("--credentials", "");
+    request.settings.timeout = millisecondsIn(last("--timeout", "")).value_or(0);
+    request.settings.sight = {static_cast<int>(root_.count(kVerbose)), common.contains("--dry-run"),
+                              common.contains("--show-secrets")};
     return request;
 }
 

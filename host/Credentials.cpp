@@ -58,13 +58,14 @@ void readLine(Credentials& credentials, std::string_view line, const std::string
 Credentials fromFile(const std::string& file)
 {
     const std::string content = system::readPrivateFile(file, kFileLimit);
+    const std::string name = file == "-" ? "standard input" : file;
     std::string_view rest = content;
     if (rest.starts_with(kByteOrderMark)) rest.remove_prefix(kByteOrderMark.size());
 
     Credentials credentials;
     for (int number = 1; !rest.empty(); ++number) {
         const std::size_t end = rest.find('\n');
-        readLine(credentials, rest.substr(0, end), file + ":" + std::to_string(number));
+        readLine(credentials, rest.substr(0, end), name + ":" + std::to_string(number));
         rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
     }
     return credentials;

@@ -1,6 +1,7 @@
 // The picture of a workspace.
 #include "host/Call.h"
 #include "host/Errors.h"
+#include "host/Network.h"
 #include "host/Progress.h"
 #include "host/Topics.h"
 
@@ -32,10 +33,14 @@ void set(Call& call)
 
 void get(Call& call)
 {
+    const CStringT url = call.text("url");
+    if (!call.given("--any-host") && !haveOneOrigin(url, call.client().getOpURL())) {
+        throw LocalProblem("the credential would go to another host than the service's; --any-host sends it there");
+    }
     const CStringT cred = call.formCred();
     CStringT localPath;
     const Progress progress(call.client());
-    call.check(call.client().GetSpaceIcon(cred, call.text("url"), localPath));
+    call.check(call.client().GetSpaceIcon(cred, url, localPath));
     call.show({{"localPath", localPath}});
 }
 
@@ -52,7 +57,8 @@ Commands iconCommands()
          {"SetSpaceIcon"}},
         {"icon get",
          "Fetch a picture into the temporary folder, and print the file's name",
-         {{"url", "Its address, such as spaceIconURL of the workspace"}},
+         {{"url", "Its address, such as spaceIconURL of the workspace"},
+          {"--any-host", "Send the credential to that address even if it is not the service's own host", Kind::flag}},
          get,
          {"GetSpaceIcon"}},
     };

@@ -44,6 +44,7 @@ void proxy(Call& call)
     const CStringT cred = withCred ? call.cred() : CStringT();
     CStringT reply;
     const int result = call.client().WapiProxyCall(cred, command, method, url, headers, withCred ? 1 : 0, reply);
+    call.checkNetwork();
     // Without a credential nobody looks into the reply: that there is one is all the success there can be.
     if (withCred ? result != 1 : reply.empty()) throw OperationFailed(refusal(reply));
     call.showText("reply", reply);

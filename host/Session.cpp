@@ -30,6 +30,10 @@ void logout(Call& call)
     const CStringT& cred = call.credentials().cred;
     if (cred.empty()) throw LocalProblem("no session to end: set PVWAPI_CRED, or name its file with --credentials");
     call.check(call.client().logout(cred));
+    // The client says nothing of a sign-out, whatever came of it.
+    if (!call.wire().replied()) {
+        throw Failure(Status::unconnected, "the service did not answer; the session may still be open");
+    }
 }
 
 void session(Call& call)
@@ -47,7 +51,7 @@ void clone(Call& call)
 
 void renew(Call& call)
 {
-    const Credentials& c = call.credentials();
+    const Credentials& c = call.identity();
     CStringT cred;
     call.check(call.client().getCredForExpired(cred, c.user, c.token, c.isp, c.password, c.token.empty() ? 0 : 1));
     call.showText("cred", cred);

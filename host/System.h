@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,12 +22,31 @@ void prepareOutput();
 /// Whether somebody looks at standard error as it is written.
 bool errorIsTerminal();
 
-/// The whole of a file that nobody but its owner can read. Throws LocalProblem where it is readable by others, is not a
-/// regular file, is larger than `limit` or cannot be read.
+/// The whole of a file that nobody but its owner can read, of a pipe, or of standard input where the path is "-".
+/// Throws LocalProblem where a file is readable by others, it is neither file nor pipe, holds more than `limit` or
+/// cannot be read; throws a Failure of status stopped where the user ends the wait.
 std::string readPrivateFile(const std::string& path, std::size_t limit);
 
 /// Replaces the file by one with this text that nobody but its owner can read; it is never half written.
 /// Throws LocalProblem where that fails.
 void writePrivateFile(const std::string& path, const std::string& text);
+
+/// Shows `prompt` on standard error and returns the line that is then typed, which is not shown. Nothing where no
+/// terminal is there to ask. Throws a Failure of status stopped where the user ends the wait.
+std::optional<std::string> askSecret(const std::string& prompt);
+
+/// While it lives, the first Ctrl-C or request to end calls `stop`, on a thread of its own, and ends the waits above;
+/// the second one ends the program at once. There is one at a time.
+class Interrupts {
+public:
+    explicit Interrupts(std::function<void()> stop);
+    Interrupts(const Interrupts&) = delete;
+    Interrupts& operator=(const Interrupts&) = delete;
+    ~Interrupts();
+
+private:
+    class Watch;
+    std::unique_ptr<Watch> watch_;
+};
 
 }  // namespace host::system

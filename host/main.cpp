@@ -3,18 +3,13 @@
 #include <exception>
 
 #include "host/CommandLine.h"
-#include "host/Errors.h"
+#include "host/ErrorLine.h"
 #include "host/System.h"
-#include "host/Text.h"
 #include "host/Topics.h"
 
 namespace {
 
 using namespace host;
-
-constexpr int kDone = 0;
-constexpr int kFailed = 1;
-constexpr int kLocalProblem = 2;
 
 Commands allCommands()
 {
@@ -33,44 +28,61 @@ void print(const std::string& text)
     if (!written || std::fflush(stdout) != 0) throw LocalProblem("the output cannot be written");
 }
 
-/// `context` names the command as soon as it is known.
-void run(const std::vector<std::string>& words, std::string& context)
+/// What is known of the command line when something goes wrong.
+struct Context {
+    std::string command;
+    Format format = Format::table;
+};
+
+/// What a command shows, or the request that it does not send.
+std::string outputOf(const Request& request)
 {
+    Call call(request.settings, request.values);
+    const bool isDry = request.settings.sight.isDry;
+    try {
+        request.command->run(call);
+        if (!isDry) return call.output();
+    } catch (const Failure&) {
+        // A request that is not sent fails.
+        if (!isDry || call.wire().request().empty()) throw;
+    }
+    const Json json{{"request", call.wire().requestAsJson()}};
+    if (call.wire().request().empty()) return {};
+    return request.settings.format == Format::json ? render(json, {}, Format::json) : call.wire().request();
+}
+
+void run(const std::vector<std::string>& words, Context& context)
+{
+    context.format = wantedFormat(words);
     const Commands commands = allCommands();
     const Request request = readCommandLine(commands, words);
     if (request.command == nullptr) return print(request.help);
 
-    context = request.command->path + ": ";
-    std::string output;
-    {
-        Call call(request.settings, request.values);
-        request.command->run(call);
-        output = call.output();
-    }
-    print(output);
+    context = {request.command->path, request.settings.format};
+    print(outputOf(request));
 }
 
-int report(const std::string& context, const std::exception& error, int status) noexcept
+int report(const Context& context, const Failure& failure) noexcept
 try {
-    const std::string line = "pvwapi: " + context + harmless(std::string_view(error.what())) + "\n";
+    const std::string line = errorLine(context.command, failure, context.format);
     std::fputs(line.c_str(), stderr);
-    return status;
+    return static_cast<int>(failure.status());
 } catch (...) {
-    return kLocalProblem;
+    return static_cast<int>(Status::local);
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    std::string context;
+    Context context;
     try {
         system::prepareOutput();
         run(system::arguments(argc, argv), context);
-        return kDone;
-    } catch (const OperationFailed& error) {
-        return report(context, error, kFailed);
+        return static_cast<int>(Status::done);
+    } catch (const Failure& failure) {
+        return report(context, failure);
     } catch (const std::exception& error) {
-        return report(context, error, kLocalProblem);
+        return report(context, LocalProblem(error.what()));
     }
 }

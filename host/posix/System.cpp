@@ -10,6 +10,7 @@
 
 #include "host/Encoding.h"
 #include "host/Errors.h"
+#include "host/posix/Interrupts.h"
 
 namespace host::system {
 
@@ -47,9 +48,27 @@ void requirePrivate(int file, const std::string& path)
 {
     struct stat status {};
     if (::fstat(file, &status) != 0) refuseForErrno(path);
-    if (!S_ISREG(status.st_mode)) refuse(path, "not a regular file");
+    if (S_ISFIFO(status.st_mode)) return;  // read once and gone
+    if (!S_ISREG(status.st_mode)) refuse(path, "neither a regular file nor a pipe");
     if (status.st_uid != ::geteuid()) refuse(path, "belongs to another user");
     if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) refuse(path, "others have access to it; chmod 600 closes it");
+}
+
+std::string readAll(int file, const std::string& path, std::size_t limit)
+{
+    std::string text(limit + 1, '\0');
+    std::size_t length = 0;
+    while (length < text.size()) {
+        waitForInput(file);
+        const ssize_t got = ::read(file, text.data() + length, text.size() - length);
+        if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+        if (got < 0) refuseForErrno(path);
+        if (got == 0) break;
+        length += static_cast<std::size_t>(got);
+    }
+    if (length > limit) refuse(path, "too large for a file of credentials");
+    text.resize(length);
+    return text;
 }
 
 void writeAll(int file, const std::string& path, std::string_view text)
@@ -85,29 +104,13 @@ std::string environment(const std::string& name)
 
 void prepareOutput() {}
 
-bool errorIsTerminal()
-{
-    return ::isatty(STDERR_FILENO) == 1;
-}
-
 std::string readPrivateFile(const std::string& path, std::size_t limit)
 {
-    // A pipe without a writer must not hold the program up before it is refused.
+    if (path == "-") return readAll(STDIN_FILENO, "standard input", limit);
+    // A pipe that nobody writes to yet must not hold the program up where nobody can stop it.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK), path);
     requirePrivate(file.get(), path);
-
-    std::string text(limit + 1, '\0');
-    std::size_t length = 0;
-    while (length < text.size()) {
-        const ssize_t got = ::read(file.get(), text.data() + length, text.size() - length);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) refuseForErrno(path);
-        if (got == 0) break;
-        length += static_cast<std::size_t>(got);
-    }
-    if (length > limit) refuse(path, "too large for a file of credentials");
-    text.resize(length);
-    return text;
+    return readAll(file.get(), path, limit);
 }
 
 void writePrivateFile(const std::string& path, const std::string& text)

@@ -117,7 +117,8 @@ bool letsOthersRead(ACL& list, const CStringT& user)
 
 void requirePrivate(HANDLE file, const std::string& path)
 {
-    if (::GetFileType(file) != FILE_TYPE_DISK) refuse(path, "not a regular file");
+    if (::GetFileType(file) == FILE_TYPE_PIPE) return;  // read once and gone
+    if (::GetFileType(file) != FILE_TYPE_DISK) refuse(path, "neither a regular file nor a pipe");
 
     ACL* list = nullptr;
     PSECURITY_DESCRIPTOR raw = nullptr;
@@ -129,6 +130,24 @@ void requirePrivate(HANDLE file, const std::string& path)
     if (list == nullptr || letsOthersRead(*list, currentUser())) {
         refuse(path, "others have access to it; only its owner may");
     }
+}
+
+std::string readAll(HANDLE file, const std::string& path, std::size_t limit)
+{
+    std::string text(limit + 1, '\0');
+    std::size_t length = 0;
+    while (length < text.size()) {
+        DWORD got = 0;
+        const auto room = static_cast<DWORD>(text.size() - length);
+        const bool isRead = ::ReadFile(file, text.data() + length, room, &got, nullptr) != FALSE;
+        // This is how a pipe says that its writer is done.
+        if (!isRead && ::GetLastError() != ERROR_BROKEN_PIPE) refuseForLastError(path);
+        if (got == 0) break;
+        length += got;
+    }
+    if (length > limit) refuse(path, "too large for a file of credentials");
+    text.resize(length);
+    return text;
 }
 
 void writeAll(HANDLE file, const std::string& path, const std::string& text)
@@ -167,29 +186,12 @@ void prepareOutput()
     ::SetConsoleOutputCP(CP_UTF8);
 }
 
-bool errorIsTerminal()
-{
-    DWORD mode = 0;
-    return ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
-}
-
 std::string readPrivateFile(const std::string& path, std::size_t limit)
 {
+    if (path == "-") return readAll(::GetStdHandle(STD_INPUT_HANDLE), "standard input", limit);
     const Handle file = openFile(path, FromUtf8(path), GENERIC_READ | READ_CONTROL, OPEN_EXISTING, nullptr);
     requirePrivate(file.get(), path);
-
-    std::string text(limit + 1, '\0');
-    std::size_t length = 0;
-    while (length < text.size()) {
-        DWORD got = 0;
-        const auto room = static_cast<DWORD>(text.size() - length);
-        if (!::ReadFile(file.get(), text.data() + length, room, &got, nullptr)) refuseForLastError(path);
-        if (got == 0) break;
-        length += got;
-    }
-    if (length > limit) refuse(path, "too large for a file of credentials");
-    text.resize(length);
-    return text;
+    return readAll(file.get(), path, limit);
 }
 
 void writePrivateFile(const std::string& path, const std::string& text)

@@ -60,8 +60,8 @@ TEST_F(ProxyHostTest, NoReplyIsAFailure)
 {
     const std::string url = "http://127.0.0.1:" + std::to_string(kzn::test::CaptureServer::closedPort()) + "/";
     const Ended ended = pvwapi({"proxy", "cmd=x", "--no-cred", "--url", url});
-    EXPECT_EQ(ended.status, 1);
-    EXPECT_EQ(ended.err, "pvwapi: proxy: no reply\n");
+    EXPECT_EQ(ended.status, 3);
+    EXPECT_THAT(ended.err, testing::StartsWith("pvwapi: proxy: no connection: Connecting to 127.0.0.1:"));
 }
 
 TEST_F(ProxyHostTest, HeaderThatIsNoHeaderLineIsRefused)
