@@ -110,12 +110,19 @@ private:
     std::map<const CLI::App*, const Command*> commands_;
 };
 
+void setType(CLI::Option& option, Kind kind)
+{
+    switch (kind) {
+    case Kind::number: option.type_name("NUMBER")->check(numberProblem); break;
+    case Kind::seconds: option.type_name("SECONDS")->check(secondsProblem); break;
+    default: option.type_name("TEXT");
+    }
+}
+
 void addOption(CLI::App& app, const Argument& argument)
 {
     CLI::Option& option = *app.add_option(argument.name, argument.help);
-    option.type_name(argument.kind == Kind::number ? "NUMBER" : "TEXT");
-    if (argument.kind == Kind::number) option.check(numberProblem);
-    if (argument.kind == Kind::seconds) option.type_name("SECONDS")->check(secondsProblem);
+    setType(option, argument.kind);
     if (argument.kind == Kind::list) option.multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     if (!argument.name.starts_with('-')) {
         if (argument.kind == Kind::list) option.expected(0, -1)->allow_extra_args();

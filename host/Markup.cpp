@@ -41,13 +41,17 @@ private:
         if (rest_.starts_with("<!--")) return upTo("-->");
         if (rest_.starts_with("<![CDATA[")) return upTo("]]>");
         if (rest_.starts_with("<?")) return upTo("?>");
-        char quote = 0;
-        for (std::size_t at = 1; at < rest_.size(); ++at) {
-            const char c = rest_[at];
-            if (quote == 0 && c == '>') return at + 1;
-            if (quote == 0 && c == '<') return std::string_view::npos;
-            if (quote == 0 && (c == '"' || c == '\'')) quote = c;
-            else if (c == quote) quote = 0;
+        return tagLength();
+    }
+
+    /// An angle bracket between quotes is part of an attribute's value.
+    std::size_t tagLength() const
+    {
+        std::size_t at = 1;
+        for (at = rest_.find_first_of("<>\"'", at); at < rest_.size(); at = rest_.find_first_of("<>\"'", at + 1)) {
+            if (rest_[at] == '>') return at + 1;
+            if (rest_[at] == '<') break;
+            at = std::min(rest_.find(rest_[at], at + 1), rest_.size());
         }
         return std::string_view::npos;
     }

@@ -117,7 +117,7 @@ bool isSecretName(std::string_view name)
     std::ranges::transform(small, small.begin(), lower);
     constexpr std::array<std::string_view, 5> kParts{"password", "passwd", "token", "secret", "cred"};
     constexpr std::array<std::string_view, 4> kHeaders{"authorization", "proxy-authorization", "cookie", "set-cookie"};
-    return std::ranges::any_of(kParts, [&](std::string_view part) { return small.find(part) != small.npos; }) ||
+    return std::ranges::any_of(kParts, [&](std::string_view part) { return small.find(part) != std::string::npos; }) ||
            std::ranges::find(kHeaders, small) != kHeaders.end();
 }
 

@@ -54,26 +54,34 @@ std::string hintOf(CWapiClient& client)
 constexpr std::string_view kHttp = "http://";
 constexpr std::string_view kHttps = "https://";
 
+bool isAuthority(std::string_view text)
+{
+    constexpr std::string_view kAllowed = "abcdefghijklmnopqrstuvwxyz0123456789.-_:[]";
+    return !text.empty() && text.find_first_not_of(kAllowed) == std::string_view::npos;
+}
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
 /// Scheme, host and port with nothing left out and in one case.
 std::optional<std::string> originOf(const CStringT& url)
 {
     std::string text = ToUtf8(url);
-    std::ranges::transform(text, text.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    std::ranges::transform(text, text.begin(), lower);
     const bool secure = text.starts_with(kHttps);
     if (!secure && !text.starts_with(kHttp)) return std::nullopt;
 
     const std::size_t begin = secure ? kHttps.size() : kHttp.size();
     const std::size_t end = std::min(text.find_first_of("/?#", begin), text.size());
-    const std::string authority = text.substr(begin, end - begin);
-    const bool isPlain = authority.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789.-_:[]") == std::string::npos;
-    if (authority.empty() || !isPlain) return std::nullopt;
+    std::string authority = text.substr(begin, end - begin);
+    if (!isAuthority(authority)) return std::nullopt;
 
-    const std::size_t colon = authority.rfind(':');
-    const bool hasPort = colon != std::string::npos && authority.find(']', colon) == std::string::npos;
-    std::string origin = text.substr(0, begin) + (hasPort ? authority.substr(0, colon) : authority);
-    const std::string port = hasPort ? authority.substr(colon + 1) : "";
-    return origin += ":" + (!port.empty() ? port : secure ? "443" : "80");
+    // A colon inside of brackets belongs to the host.
+    if (authority.find(':', authority.rfind(']') + 1) == std::string::npos) authority += ':';
+    if (authority.ends_with(':')) authority += secure ? "443" : "80";
+    return text.substr(0, begin) + authority;
 }
 
 }  // namespace

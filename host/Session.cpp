@@ -32,7 +32,9 @@ void logout(Call& call)
     call.check(call.client().logout(cred));
     // The client says nothing of a sign-out, whatever came of it.
     if (!call.wire().replied()) {
-        throw Failure(Status::unconnected, "the service did not answer; the session may still be open");
+        const bool isStopped = call.wire().isStopped();
+        throw Failure(isStopped ? Status::stopped : Status::unconnected,
+                      "the service did not answer; the session may still be open");
     }
 }
 

@@ -14,6 +14,7 @@ namespace host {
 namespace {
 
 using Exchange = CWapiClient::Exchange;
+using Fields = std::vector<std::pair<std::string, std::string>>;
 
 std::string_view methodOf(const Exchange& exchange)
 {
@@ -22,6 +23,7 @@ std::string_view methodOf(const Exchange& exchange)
 
 bool isMultipart(const Exchange& exchange)
 {
+    if (exchange.body.empty()) return false;
     return std::ranges::any_of(exchange.headers, [](const std::string& line) {
         return line.find("multipart/form-data") != std::string::npos;
     });
@@ -31,16 +33,17 @@ bool isMultipart(const Exchange& exchange)
 std::string formOf(const Exchange& exchange)
 {
     if (exchange.method == CWapiClient::METHOD_GET) {
-        return std::string(exchange.url.substr(std::min(exchange.url.find('?'), exchange.url.size())));
+        const std::size_t mark = std::min(exchange.url.find('?'), exchange.url.size() - 1);
+        return std::string(exchange.url.substr(mark + 1));
     }
     std::string form;
     for (const std::string_view piece : exchange.body) form += piece;
     return form;
 }
 
-std::vector<std::pair<std::string, std::string>> fieldsIn(std::string_view form)
+Fields fieldsIn(std::string_view form)
 {
-    std::vector<std::pair<std::string, std::string>> fields;
+    Fields fields;
     while (!form.empty()) {
         const std::string_view piece = form.substr(0, form.find('&'));
         const std::size_t sign = std::min(piece.find('='), piece.size());
@@ -61,23 +64,29 @@ std::string partOf(std::string_view text, const std::string& name)
     return std::string(text.substr(begin, text.find("\r\n", begin) - begin));
 }
 
+/// The fields of a form of either kind; of a multipart one those that say what is asked.
+Fields fieldsOf(const Exchange& exchange)
+{
+    if (!isMultipart(exchange)) return fieldsIn(formOf(exchange));
+    const std::string_view head = exchange.body.front();
+    return {{"cmd", partOf(head, "cmd")}, {"task", partOf(head, "task")}};
+}
+
+/// The value of the first field that goes by one of the names.
+std::string valueIn(const Fields& fields, std::string_view name, std::string_view other)
+{
+    const auto found =
+        std::ranges::find_if(fields, [&](const auto& field) { return field.first == name || field.first == other; });
+    return found != fields.end() ? found->second : std::string();
+}
+
 /// What is asked of the service: the command, and its task or the type of its object.
 std::string operationOf(const Exchange& exchange)
 {
-    std::string command;
-    std::string object;
-    if (isMultipart(exchange) && !exchange.body.empty()) {
-        command = partOf(exchange.body.front(), "cmd");
-        object = partOf(exchange.body.front(), "task");
-    } else {
-        std::string form = formOf(exchange);
-        if (form.starts_with('?')) form.erase(0, 1);
-        for (const auto& [name, value] : fieldsIn(form)) {
-            if (name == "cmd") command = value;
-            if (name == "task" || name == "type") object = value;
-        }
-    }
+    const Fields fields = fieldsOf(exchange);
+    const std::string command = valueIn(fields, "cmd", "cmd");
     if (command.empty()) return std::string(methodOf(exchange));
+    const std::string object = valueIn(fields, "task", "type");
     return object.empty() ? command : command + " " + object;
 }
 
@@ -217,7 +226,7 @@ std::string Wire::fieldsOf(const Exchange& exchange) const
     for (const auto& [name, value] : fieldsIn(formOf(exchange))) {
         const std::string shown = secrets_.maskedField(name, value);
         const bool isXml = shown.starts_with('<');
-        text += name + (isXml ? " =\n" + readable(shown) : " = " + shown) + "\n";
+        text.append(name).append(isXml ? " =\n" : " = ").append(isXml ? readable(shown) : shown).append("\n");
     }
     return text;
 }

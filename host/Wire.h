@@ -30,6 +30,7 @@ public:
     /// From now on no exchange begins, until they are let through again. From any thread.
     void stop() { stopped_ = true; }
     void goOn() { stopped_ = false; }
+    bool isStopped() const { return stopped_; }
 
     /// Whether the last exchange brought a whole reply.
     bool replied() const { return replied_; }
