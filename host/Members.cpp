@@ -1,5 +1,6 @@
 // The people of a workspace.
 #include "host/Call.h"
+#include "host/Errors.h"
 #include "host/Text.h"
 #include "host/Topics.h"
 
@@ -24,6 +25,7 @@ void list(Call& call)
 
 void invite(Call& call)
 {
+    if (!call.given("user")) throw LocalProblem("nobody is named; see pvwapi members invite --help");
     std::vector<SPACEINVT> invitations;
     for (const CStringT& user : call.list("user")) {
         SPACEINVT& invitation = invitations.emplace_back();

@@ -7,6 +7,33 @@ namespace host {
 
 namespace {
 
+/// Every workspace has its discussion tab and its files tab, under the same IDs as any other.
+bool isFixed(const CStringT& tab)
+{
+    return tab == FromUtf8("commTab") || tab == FromUtf8("docTab");
+}
+
+/// A session for the one workspace where that is needed, which ends with this object; else the command's own.
+class WorkspaceSession {
+public:
+    WorkspaceSession(Call& call, bool needed) : call_(call)
+    {
+        if (needed) call.check(call.client().cloneSession(call.cred(), call.text("workspace"), clone_));
+    }
+    WorkspaceSession(const WorkspaceSession&) = delete;
+    WorkspaceSession& operator=(const WorkspaceSession&) = delete;
+    ~WorkspaceSession()
+    {
+        if (!clone_.empty()) call_.client().logout(clone_);
+    }
+
+    const CStringT& cred() const { return clone_.empty() ? call_.cred() : clone_; }
+
+private:
+    Call& call_;
+    CStringT clone_;
+};
+
 void list(Call& call)
 {
     std::vector<CZelTab> tabs;
@@ -28,7 +55,9 @@ void rename(Call& call)
     CZelTab tab;
     tab.SetID(call.text("tab"));
     tab.SetName(call.text("name"));
-    call.check(call.client().editTab(call.cred(), call.text("workspace"), tab), call.emptyOne({"workspace", "tab"}));
+    const CStringT workspace = call.text("workspace");
+    const WorkspaceSession session(call, isFixed(tab.GetID()) && !workspace.empty());
+    call.check(call.client().editTab(session.cred(), workspace, tab), call.emptyOne({"workspace", "tab"}));
 }
 
 void order(Call& call)
@@ -47,7 +76,7 @@ void remove(Call& call)
 {
     const CStringT tab = call.text("tab");
     std::string refusal = call.emptyOne({"workspace", "tab"});
-    if (tab == FromUtf8("commTab") || tab == FromUtf8("docTab")) {
+    if (isFixed(tab)) {
         refusal = "nothing was sent: the discussion tab and the files tab stay";
     }
     call.check(call.client().deleteTab(call.cred(), call.text("workspace"), tab), refusal);
