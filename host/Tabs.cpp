@@ -38,7 +38,7 @@ void list(Call& call)
 {
     std::vector<CZelTab> tabs;
     call.check(call.client().getTabs(call.cred(), call.text("workspace"), tabs));
-    call.show(tabs, {"ID", "name", "type", "position"});
+    call.show(tabs, {"ID", "name", {"type", kTabTypes}, "position"});
 }
 
 void create(Call& call)
@@ -90,7 +90,7 @@ Commands tabsCommands()
     const Argument tab{"tab", "The tab's ID"};
     return {
         {"tabs", "The tabs of a workspace", {}, nullptr},
-        {"tabs list", "List a workspace's tabs", {workspace}, list, {"getTabs"}},
+        {"tabs list", "List a workspace's tabs", {workspace}, list, {"getTabs"}, {}, membersOf<CZelTab>},
         {"tabs create",
          "Add a plain tab to a workspace",
          {workspace, {"name", "Its name"}, {"--position", "Its place among the tabs, 1 unless given", Kind::number}},
@@ -102,7 +102,12 @@ Commands tabsCommands()
          {workspace, {"tab", "The tabs' IDs, the first one first", Kind::list}},
          order,
          {"editTabOrder"}},
-        {"tabs delete", "Delete a tab", {workspace, tab}, remove, {"deleteTab"}},
+        {"tabs delete",
+         "Delete a tab",
+         {workspace, tab},
+         remove,
+         {"deleteTab"},
+         "Delete tab {tab} of workspace {workspace}?"},
     };
 }
 

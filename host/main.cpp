@@ -4,6 +4,7 @@
 
 #include "host/CommandLine.h"
 #include "host/Errors.h"
+#include "host/Question.h"
 #include "host/System.h"
 #include "host/Text.h"
 #include "host/Topics.h"
@@ -21,7 +22,7 @@ Commands allCommands()
     Commands all;
     for (const auto topic : {sessionCommands, spacesCommands, tabsCommands, iconCommands, appsCommands, accessCommands,
                              membersCommands, invitationsCommands, rolesCommands, favouritesCommands, userCommands,
-                             organisationCommands, librariesCommands, eventsCommands, proxyCommands}) {
+                             organisationCommands, librariesCommands, eventsCommands, proxyCommands, selfCommands}) {
         for (Command& command : topic()) all.push_back(std::move(command));
     }
     return all;
@@ -41,6 +42,7 @@ void run(const std::vector<std::string>& words, std::string& context)
     if (request.command == nullptr) return print(request.help);
 
     context = request.command->path + ": ";
+    requireYes(request);
     std::string output;
     {
         Call call(request.settings, request.values);
