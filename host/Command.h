@@ -18,7 +18,9 @@ struct Argument {
     std::string name;
     std::string help;
     Kind kind = Kind::text;
-    std::vector<std::string> choices = {};  ///< the texts that are allowed; empty allows any
+    std::vector<std::string> choices = {};    ///< the texts that are allowed; empty allows any
+    bool inProfile = false;                   ///< whether a profile of the configuration file may give it
+    std::vector<std::string> variables = {};  ///< the environment variables that win over a profile
 };
 
 /// The values given on the command line, by the argument's name; a flag has an empty one.

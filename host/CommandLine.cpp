@@ -9,6 +9,7 @@
 #include "host/Errors.h"
 #include "host/Help.h"
 #include "host/Look.h"
+#include "host/Profile.h"
 #include "host/Suggest.h"
 #include "host/System.h"
 
@@ -280,6 +281,10 @@ Settings Parser::settings(const Command& command) const
         const auto found = common.find(name);
         return found != common.end() ? found->second.back() : otherwise;
     };
+    if (command.tell == nullptr) {
+        const std::string profile = last("--profile", system::environment("PVWAPI_PROFILE"));
+        common.merge(readProfile(last("--config", ""), profile, common_));
+    }
 
     Settings settings;
     settings.format = last("--format", "table") == "json" ? Format::json : Format::table;
@@ -305,15 +310,30 @@ std::string problemWith(const Argument& argument, const std::string& value)
 std::vector<Argument> commonArguments()
 {
     return {
-        {"--format", "How results are shown: table, the default, or json", Kind::text, {"table", "json"}},
+        {"--format", "How results are shown: table, the default, or json", Kind::text, {"table", "json"}, true},
         {"--columns", "The columns of a table, such as userID,role, in the order in which they are to stand"},
         {"--no-header", "Leave the names of a table's columns out", Kind::flag},
-        {"--color", "Bold headings: auto, the default, on a terminal", Kind::text, {kAutomatic, "always", "never"}},
+        {"--color",
+         "Bold headings: auto, the default, on a terminal",
+         Kind::text,
+         {kAutomatic, "always", "never"},
+         true},
         {"--yes", "Ask nothing before something is deleted", Kind::flag},
         {"--base-url",
          "The service's operation URL, else PVWAPI_BASE_URL, else the library's own; such as "
-         "http://host/kznconnect/op.do"},
-        {"--credentials", "A file of credentials, in the place of the environment", Kind::file},
+         "http://host/kznconnect/op.do",
+         Kind::text,
+         {},
+         true,
+         {"PVWAPI_BASE_URL"}},
+        {"--credentials",
+         "A file of credentials, in the place of the environment",
+         Kind::file,
+         {},
+         true,
+         {"PVWAPI_USER", "PVWAPI_CRED"}},
+        {"--profile", "The profile of the configuration file that holds; else PVWAPI_PROFILE"},
+        {"--config", "The configuration file, in the place of the user's own", Kind::file},
     };
 }
 

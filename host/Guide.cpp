@@ -69,9 +69,30 @@ Guide environment()
                 {"PVWAPI_ISP", "The identity provider, if it is not the service's own."},
                 {"PVWAPI_CRED", "The credential of a session that stands already."},
                 {"PVWAPI_BASE_URL", "The service's operation URL; --base-url wins over it."},
+                {"PVWAPI_PROFILE", "The profile; --profile wins over it."},
                 {"COLUMNS", "How many columns a line may take."},
                 {"NO_COLOR", "Not empty: nothing is bold, unless --color always is given."},
                 {"TERM", "dumb: the same."},
+            }};
+}
+
+Guide profiles()
+{
+    return {"profiles",
+            "Sets of settings in the configuration file",
+            {
+                {"",
+                 "The configuration file is pvwapi/config in $XDG_CONFIG_HOME or ~/.config, on Windows "
+                 "pvwapi\\config in %APPDATA%, or the one that --config names. A section such as [work] is a "
+                 "profile, chosen with --profile work or PVWAPI_PROFILE; lines before the first section hold for "
+                 "every profile, and without one too."},
+                {"",
+                 "A line is key = \"value\". The keys are the options of the same name: base-url, credentials, "
+                 "format and color. Any other is refused; a password has no place there. A file of credentials is "
+                 "looked for beside the configuration file unless its path is absolute."},
+                {"",
+                 "What the command line says wins over the environment, the environment over the profile, and the "
+                 "profile over what holds without any of them."},
             }};
 }
 
@@ -79,7 +100,7 @@ Guide environment()
 
 std::vector<Guide> guides()
 {
-    return {credentials(), output(), statuses(), environment()};
+    return {credentials(), output(), statuses(), environment(), profiles()};
 }
 
 }  // namespace host

@@ -73,6 +73,13 @@ std::string environment(const std::string& name)
     return value != nullptr ? value : "";
 }
 
+std::string configFolder()
+{
+    if (const std::string folder = environment("XDG_CONFIG_HOME"); !folder.empty()) return folder;
+    const std::string home = environment("HOME");
+    return home.empty() ? home : home + "/.config";
+}
+
 void prepareOutput() {}
 
 bool errorIsTerminal()

@@ -150,6 +150,11 @@ std::string environment(const std::string& name)
     return value != nullptr ? ToUtf8(value) : "";
 }
 
+std::string configFolder()
+{
+    return environment("APPDATA");
+}
+
 void prepareOutput()
 {
     ::_setmode(::_fileno(stdout), _O_BINARY);

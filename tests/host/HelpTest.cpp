@@ -54,18 +54,18 @@ TEST_F(HostTest, HelpCommandSaysTheSame)
 TEST_F(HostTest, TopicsThatAreNoCommandsHaveHelpToo)
 {
     const std::string all = pvwapi({"help"}).out;
-    for (const char* const topic : {"credentials", "output", "statuses", "environment"}) {
+    for (const char* const topic : {"credentials", "output", "statuses", "environment", "profiles"}) {
         EXPECT_THAT(all, HasSubstr("\n  " + std::string(topic) + " "));
         const Ended ended = pvwapi({"help", topic});
         EXPECT_EQ(ended.status, 0) << ended.err;
         EXPECT_GT(ended.out.size(), 200U) << topic;
     }
-    EXPECT_THAT(pvwapi({"help", "environment"}).out, HasSubstr("\n  PVWAPI_BASE_URL  The service's"));
+    EXPECT_THAT(pvwapi({"help", "environment"}).out, HasSubstr("\n  PVWAPI_PROFILE   The profile;"));
 }
 
 TEST_F(HostTest, HelpFitsTheWidth)
 {
-    const std::vector<Words> asked{{"--help"}, {"help", "output"}, {"members", "invite", "--help"}};
+    const std::vector<Words> asked{{"--help"}, {"help", "profiles"}, {"members", "invite", "--help"}};
     for (const Words& words : asked) {
         environment["COLUMNS"] = "";
         EXPECT_LE(widestLine(pvwapi(words).out), 80U);
