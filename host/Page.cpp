@@ -141,4 +141,25 @@ Page pageOf(const Commands& all, const std::string& path)
     return page;
 }
 
+Page wholePageOf(const Commands& all, const std::string& topic)
+{
+    Page whole = pageOf(all, topic);
+    std::erase_if(whole.sections, [](const Section& section) { return section.heading == "Common options"; });
+    for (const Command* const command : commandsUnder(all, topic)) {
+        Page page{command->path, command->help, {}, {}};
+        addArguments(page, *command);
+        Section section{usageOf(*command), {{"", page.summary + "."}}};
+        whole.usages.push_back(section.heading);
+        for (const Section& part : page.sections) {
+            for (const Entry& entry : part.entries) {
+                const bool isColumns = entry.term.empty();
+                section.entries.push_back(isColumns ? Entry{"", part.heading + ": " + entry.text} : entry);
+            }
+        }
+        whole.sections.push_back(std::move(section));
+    }
+    whole.sections.push_back(commonOptions());
+    return whole;
+}
+
 }  // namespace host

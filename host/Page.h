@@ -46,6 +46,9 @@ bool isOption(const Argument& argument);
 /// The program, or the command of this path.
 Page pageOf(const Commands& all, const std::string& path);
 
+/// A topic with all of its commands, for a page of its own.
+Page wholePageOf(const Commands& all, const std::string& topic);
+
 /// The section of the options that every command takes.
 Section commonOptions();
 

@@ -1,7 +1,11 @@
-// What the program tells of itself.
+// What the program tells of itself: help, completion for shells, man pages.
+#include <algorithm>
+
+#include "host/Completion.h"
 #include "host/Errors.h"
 #include "host/Guide.h"
 #include "host/Help.h"
+#include "host/Man.h"
 #include "host/Suggest.h"
 #include "host/Topics.h"
 
@@ -41,6 +45,25 @@ std::string help(const Commands& all, const Values& values, const Look& look)
     refuse(topic, known, "command or topic");
 }
 
+std::string completion(const Commands& all, const Values& values, const Look&)
+{
+    return completionScript(all, values.at("shell").back());
+}
+
+std::string man(const Commands& all, const Values& values, const Look&)
+{
+    const std::string topic = joined(wordsOf(values, "topic"));
+    std::vector<std::string> known;
+    for (const Command* const command : commandsUnder(all, "")) known.push_back(command->path);
+    if (values.contains("--list")) {
+        std::string lines;
+        for (const std::string& name : known) lines += name + '\n';
+        return lines;
+    }
+    if (!topic.empty() && std::ranges::find(known, topic) == known.end()) refuse(topic, known, "topic");
+    return manPage(all, topic);
+}
+
 Command telling(std::string path, std::string help, std::vector<Argument> arguments, decltype(Command::tell) tell)
 {
     Command command{std::move(path), std::move(help), std::move(arguments), nullptr};
@@ -55,6 +78,12 @@ Commands selfCommands()
     return {
         telling("help", "Print the help of a command or of a topic",
                 {{"topic", "Such as spaces, spaces create or credentials", Kind::list}}, help),
+        telling("completion", "Print the script by which a shell completes these commands",
+                {{"shell", "The shell", Kind::text, completionShells()}}, completion),
+        telling("man", "Print the source of a man page",
+                {{"--list", "Print the topics that have one of their own instead", Kind::flag},
+                 {"topic", "Such as spaces; the program itself unless given", Kind::list}},
+                man),
     };
 }
 

@@ -1,4 +1,4 @@
-// Help, made from the table of commands.
+// Help, and the pages that are made from the same table.
 #include <sstream>
 
 #include "tests/host/HostFixture.h"
@@ -82,6 +82,18 @@ TEST_F(HostTest, HeadingsAreBoldWhenAskedFor)
 {
     EXPECT_THAT(pvwapi({"icon", "--help", "--color", "always"}).out, HasSubstr("\x1b[1mCommands:\x1b[0m\n"));
     EXPECT_THAT(pvwapi({"icon", "--help"}).out, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(HostTest, EveryTopicHasAManPage)
+{
+    const std::string list = pvwapi({"man", "--list"}).out;
+    EXPECT_THAT(list, StartsWith("login\nlogout\nsession\nspaces\n"));
+    EXPECT_THAT(pvwapi({"man"}).out,
+                AllOf(StartsWith(".TH \"PVWAPI\" 1 "), HasSubstr("\n.SH PROFILES\n"), HasSubstr("pvwapi\\-tabs")));
+    const std::string page = pvwapi({"man", "spaces"}).out;
+    EXPECT_THAT(page, AllOf(StartsWith(".TH \"PVWAPI\\-SPACES\" 1 "), HasSubstr("\n.SH NAME\npvwapi\\-spaces \\- Work"),
+                            HasSubstr("\n.SS \"pvwapi spaces create [options] <name>\"\n.PP\nMake a workspace.\n"),
+                            HasSubstr("\n\\fB\\-\\-description <text>\\fR\n")));
 }
 
 }  // namespace

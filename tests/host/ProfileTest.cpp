@@ -111,7 +111,7 @@ TEST_F(ProfileTest, ProfileOrFileThatIsNotThereIsNamed)
 TEST_F(ProfileTest, HelpNeedsNoFile)
 {
     configure("nonsense = 1\n");
-    for (const Words& words : {Words{"help"}, Words{"spaces", "--help"}}) {
+    for (const Words& words : {Words{"help"}, Words{"spaces", "--help"}, Words{"completion", "bash"}, Words{"man"}}) {
         EXPECT_EQ(pvwapi(words).status, 0) << words.front();
     }
 }

@@ -35,8 +35,9 @@ TEST_F(HostTest, WordsThatMakeNoCommandAreRefusedInOneLine)
     const std::vector<std::pair<Words, std::string>> cases{
         {{},
          "a command is missing, one of login, logout, session, spaces, tabs, icon, apps, access, members, invitations, "
-         "roles, favourites, user, av, org, libraries, notify, activity, event, meeting, proxy, call, help; "
-         "see pvwapi --help"},
+         "roles, favourites, user, av, org, libraries, notify, activity, event, meeting, proxy, call, help, "
+         "completion, "
+         "man; see pvwapi --help"},
         {{"icon"}, "a command is missing, one of set, get; see pvwapi icon --help"},
         {{"frobnicate"}, "'frobnicate' is no command; see pvwapi --help"},
         {{"spaces", "list", "extra"}, "'extra' is one word too many; see pvwapi spaces list --help"},
@@ -79,6 +80,7 @@ TEST_F(HostTest, NearWordIsOffered)
          "role: 'amdin' is none of member, admin; did you mean 'admin'? See pvwapi members role --help"},
         {{"help", "spaces", "creat"},
          "'spaces creat' is no command or topic; did you mean 'spaces create'? See pvwapi --help"},
+        {{"man", "spces"}, "'spces' is no topic; did you mean 'spaces'? See pvwapi --help"},
         {{std::string(5000, 's')}, "'" + std::string(5000, 's') + "' is no command; see pvwapi --help"},
     };
     for (const auto& [words, line] : cases) expectLocalProblem(pvwapi(words), line);
