@@ -2,12 +2,12 @@
 #pragma once
 
 #include <initializer_list>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "client/WapiClient.h"
+#include "host/Command.h"
 #include "host/Credentials.h"
 #include "host/Output.h"
 #include "host/System.h"
@@ -18,14 +18,13 @@ namespace host {
 /// What holds for every command.
 struct Settings {
     Format format = Format::table;
+    Look look;
+    bool agreed = false;  ///< --yes: nothing is asked
     std::string baseUrl;
     std::string credentialsFile;
     unsigned int timeout = 0;  ///< milliseconds for each call; 0 is no limit
     Sight sight;
 };
-
-/// The values given on the command line, by the argument's name; a flag has an empty one.
-using Values = std::map<std::string, std::vector<std::string>>;
 
 class Call {
 public:
@@ -75,8 +74,11 @@ public:
     CStringT userID();
 
     /// What goes to standard output once everything has succeeded.
-    void show(const Json& value, const Columns& columns = {}) { output_ += render(value, columns, settings_.format); }
-    void showParts(const Parts& parts) { output_ += renderParts(parts, settings_.format); }
+    void show(const Json& value, const Columns& columns = {})
+    {
+        output_ += render(value, columns, settings_.format, settings_.look);
+    }
+    void showParts(const Parts& parts) { output_ += renderParts(parts, settings_.format, settings_.look); }
     /// A text that stands for itself in a table's place; JSON shows it as the member `name`.
     void showText(const std::string& name, const CStringT& text);
     const std::string& output() const { return output_; }

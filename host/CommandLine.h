@@ -16,6 +16,12 @@ struct Request {
     std::string help;  ///< or the list of operations
 };
 
+/// The arguments that every command takes.
+std::vector<Argument> commonArguments();
+
+/// What keeps the argument from having this value; nothing where it can.
+std::string problemWith(const Argument& argument, const std::string& value);
+
 /// Throws LocalProblem where the words make no command. The request points into `commands`.
 Request readCommandLine(const Commands& commands, std::vector<std::string> words);
 

@@ -41,7 +41,13 @@ Commands favouritesCommands()
     const Argument name{"--list", "The name of the list, your user ID unless given"};
     return {
         {"favourites", "Your favourite workspaces", {}, nullptr},
-        {"favourites list", "List them, with how many members each has", {name}, list, {"GetFavoriteSpaceList"}},
+        {"favourites list",
+         "List them, with how many members each has",
+         {name},
+         list,
+         {"GetFavoriteSpaceList"},
+         {},
+         membersOf<space_t>},
         {"favourites add", "Add a workspace", {workspace, name}, add, {"createFavoriteSpace"}},
         {"favourites remove", "Remove a workspace", {workspace, name}, remove, {"deleteFavoriteSpace"}},
     };

@@ -52,7 +52,7 @@ Commands iconCommands()
         {"icon", "The picture of a workspace", {}, nullptr},
         {"icon set",
          "Send a picture, and print the address that it is kept under",
-         {{"workspace", "The workspace's ID"}, {"file", "The picture's file, at most 64 MiB"}},
+         {{"workspace", "The workspace's ID"}, {"file", "The picture's file, at most 64 MiB", Kind::file}},
          set,
          {"SetSpaceIcon"}},
         {"icon get",

@@ -61,14 +61,17 @@ Commands invitationsCommands()
          "List the invitations to you, or to a workspace of yours",
          {{"--workspace", "The workspace's ID"}},
          list,
-         {"GetWkspList", "getSpaceBatch"}},
+         {"GetWkspList", "getSpaceBatch"},
+         {},
+         membersOf<CZelSpaceInvite>},
         {"invitations accept", "Take an invitation", {workspace}, accept, {"responseInvitation"}},
         {"invitations reject", "Refuse an invitation", {workspace}, reject, {"responseInvitation"}},
         {"invitations withdraw",
          "Take back the invitation of somebody",
          {workspace, {"user", "The user ID, user name or e-mail address that was invited"}},
          withdraw,
-         {"delInvt"}},
+         {"delInvt"},
+         "Withdraw the invitation of {user} to workspace {workspace}?"},
     };
 }
 

@@ -25,6 +25,7 @@ void list(Call& call)
 
 void invite(Call& call)
 {
+    if (!call.given("user")) throw LocalProblem("nobody is named; see pvwapi members invite --help");
     std::vector<SPACEINVT> invitations;
     for (const CStringT& user : call.cdataList("user")) {
         SPACEINVT& invitation = invitations.emplace_back();
@@ -67,7 +68,7 @@ Commands membersCommands()
     const std::vector<std::string> roles{kMember, kAdmin};
     return {
         {"members", "The people of a workspace", {}, nullptr},
-        {"members list", "List a workspace's members; role 2 is an administrator", {workspace}, list, {"getMembers"}},
+        {"members list", "List a workspace's members", {workspace}, list, {"getMembers"}, {}, membersOf<CZelMember>},
         {"members invite",
          "Invite people to a workspace",
          {workspace,
@@ -77,8 +78,15 @@ Commands membersCommands()
           {"--provider", "The ID of their instant-messaging provider"},
           {"user", "Their user IDs or e-mail addresses", Kind::list}},
          invite,
-         {"inviteMembers"}},
-        {"members remove", "Remove a member", {workspace, user}, remove, {"removeSpaceMember"}},
+         {"inviteMembers"},
+         {},
+         membersOf<SPACEINVT>},
+        {"members remove",
+         "Remove a member",
+         {workspace, user},
+         remove,
+         {"removeSpaceMember"},
+         "Remove {user} from workspace {workspace}?"},
         {"members role",
          "Make a member an administrator, or one no longer",
          {workspace, user, {"role", "What the member becomes", Kind::text, roles}},

@@ -8,8 +8,9 @@
 
 namespace host {
 
-/// What the bar shows of a transfer; `whole` is 0 while nobody knows.
-std::string progressBar(std::size_t done, std::size_t whole);
+/// What the bar shows of a transfer; `whole` is 0 while nobody knows. It fits a terminal of `width` columns, or is as
+/// wide as it likes where that is 0.
+std::string progressBar(std::size_t done, std::size_t whole, std::size_t width);
 
 /// Shows the client's transfers on standard error while it lives, if that is a terminal, and takes the bar away after.
 class Progress {
@@ -23,6 +24,7 @@ private:
     void show(const std::string& bar);
 
     CWapiClient& client_;
+    std::size_t width_ = 0;
     std::string shown_;
 };
 

@@ -30,7 +30,9 @@ Commands rolesCommands()
          {{"--with", "Ask for all workspaces that you share with the user of this ID, instead of naming them"},
           {"workspace", "The workspaces' IDs", Kind::list}},
          roles,
-         {"getRole", "ProbeAccessAllSpace"}},
+         {"getRole", "ProbeAccessAllSpace"},
+         {},
+         membersOf<RoleItem>},
     };
 }
 

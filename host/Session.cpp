@@ -66,7 +66,7 @@ Commands sessionCommands()
     return {
         {"login",
          "Begin a session and print its credential, for PVWAPI_CRED",
-         {{"--save", "Write it to this file instead, for --credentials"}},
+         {{"--save", "Write it to this file instead, for --credentials", Kind::file}},
          login,
          {"login"}},
         {"logout", "End the session of PVWAPI_CRED or of the file", {}, logout, {"logout"}},

@@ -16,6 +16,9 @@ std::vector<std::string> arguments(int argc, const char* const* argv);
 /// The environment variable, empty where it is not set. Throws LocalProblem where it is no text.
 std::string environment(const std::string& name);
 
+/// The folder for the user's configuration of programs; empty where nothing names one.
+std::string configFolder();
+
 /// Lets the two output streams carry bytes as they are, and a console show them as UTF-8.
 void prepareOutput();
 

@@ -7,11 +7,38 @@ namespace host {
 
 namespace {
 
+/// Every workspace has its discussion tab and its files tab, under the same IDs as any other.
+bool isFixed(const CStringT& tab)
+{
+    return tab == FromUtf8("commTab") || tab == FromUtf8("docTab");
+}
+
+/// A session for the one workspace where that is needed, which ends with this object; else the command's own.
+class WorkspaceSession {
+public:
+    WorkspaceSession(Call& call, bool needed) : call_(call)
+    {
+        if (needed) call.check(call.client().cloneSession(call.cred(), call.text("workspace"), clone_));
+    }
+    WorkspaceSession(const WorkspaceSession&) = delete;
+    WorkspaceSession& operator=(const WorkspaceSession&) = delete;
+    ~WorkspaceSession()
+    {
+        if (!clone_.empty()) call_.client().logout(clone_);
+    }
+
+    const CStringT& cred() const { return clone_.empty() ? call_.cred() : clone_; }
+
+private:
+    Call& call_;
+    CStringT clone_;
+};
+
 void list(Call& call)
 {
     std::vector<CZelTab> tabs;
     call.check(call.client().getTabs(call.cred(), call.text("workspace"), tabs));
-    call.show(tabs, {"ID", "name", "type", "position"});
+    call.show(tabs, {"ID", "name", {"type", kTabTypes}, "position"});
 }
 
 void create(Call& call)
@@ -28,7 +55,9 @@ void rename(Call& call)
     CZelTab tab;
     tab.SetID(call.text("tab"));
     tab.SetName(call.cdata("name"));
-    call.check(call.client().editTab(call.cred(), call.text("workspace"), tab), call.emptyOne({"workspace", "tab"}));
+    const CStringT workspace = call.text("workspace");
+    const WorkspaceSession session(call, isFixed(tab.GetID()) && !workspace.empty());
+    call.check(call.client().editTab(session.cred(), workspace, tab), call.emptyOne({"workspace", "tab"}));
 }
 
 void order(Call& call)
@@ -47,7 +76,7 @@ void remove(Call& call)
 {
     const CStringT tab = call.text("tab");
     std::string refusal = call.emptyOne({"workspace", "tab"});
-    if (tab == FromUtf8("commTab") || tab == FromUtf8("docTab")) {
+    if (isFixed(tab)) {
         refusal = "nothing was sent: the discussion tab and the files tab stay";
     }
     call.check(call.client().deleteTab(call.cred(), call.text("workspace"), tab), refusal);
@@ -61,7 +90,7 @@ Commands tabsCommands()
     const Argument tab{"tab", "The tab's ID"};
     return {
         {"tabs", "The tabs of a workspace", {}, nullptr},
-        {"tabs list", "List a workspace's tabs", {workspace}, list, {"getTabs"}},
+        {"tabs list", "List a workspace's tabs", {workspace}, list, {"getTabs"}, {}, membersOf<CZelTab>},
         {"tabs create",
          "Add a plain tab to a workspace",
          {workspace, {"name", "Its name"}, {"--position", "Its place among the tabs, 1 unless given", Kind::number}},
@@ -73,7 +102,12 @@ Commands tabsCommands()
          {workspace, {"tab", "The tabs' IDs, the first one first", Kind::list}},
          order,
          {"editTabOrder"}},
-        {"tabs delete", "Delete a tab", {workspace, tab}, remove, {"deleteTab"}},
+        {"tabs delete",
+         "Delete a tab",
+         {workspace, tab},
+         remove,
+         {"deleteTab"},
+         "Delete tab {tab} of workspace {workspace}?"},
     };
 }
 

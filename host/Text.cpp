@@ -1,53 +1,14 @@
 #include "host/Text.h"
 
+#include <utf8proc.h>
+
 #include <algorithm>
-#include <array>
-#include <span>
 
 namespace host {
 
 namespace {
 
 using kzn::pvutil::stringex::CharT;
-
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-// Blocks, not single characters: a table that is one column off in a rare script is still a table.
-constexpr std::array kWithoutWidth = std::to_array<Range>({
-    {0x0300, 0x036F},
-    {0x0483, 0x0489},
-    {0x0591, 0x05BD},
-    {0x064B, 0x065F},
-    {0x1AB0, 0x1AFF},
-    {0x1DC0, 0x1DFF},
-    {0x200B, 0x200F},
-    {0x20D0, 0x20FF},
-    {0xFE00, 0xFE0F},
-    {0xFE20, 0xFE2F},
-    {0xE0100, 0xE01EF},
-});
-constexpr std::array kWide = std::to_array<Range>({
-    {0x1100, 0x115F},
-    {0x2E80, 0x303E},
-    {0x3041, 0xA4CF},
-    {0xAC00, 0xD7A3},
-    {0xF900, 0xFAFF},
-    {0xFE30, 0xFE6F},
-    {0xFF01, 0xFF60},
-    {0xFFE0, 0xFFE6},
-    {0x1F300, 0x1F64F},
-    {0x1F680, 0x1F6FF},
-    {0x1F900, 0x1F9FF},
-    {0x20000, 0x3FFFD},
-});
-
-bool isIn(std::span<const Range> ranges, char32_t letter)
-{
-    return std::ranges::any_of(ranges, [&](const Range& r) { return letter >= r.first && letter <= r.last; });
-}
 
 bool isHarmful(CharT unit)
 {
@@ -67,10 +28,45 @@ void appendEscape(CStringT& text, CharT unit)
     }
 }
 
-std::size_t widthOf(char32_t letter)
+/// The code point that the text begins with and the bytes that it takes; a byte that begins none stands for itself.
+struct Letter {
+    utf8proc_int32_t code = 0;
+    std::size_t size = 0;
+};
+
+Letter firstLetter(std::string_view utf8)
 {
-    if (isIn(kWithoutWidth, letter)) return 0;
-    return isIn(kWide, letter) ? 2 : 1;
+    utf8proc_int32_t code = 0;
+    const auto* const bytes = reinterpret_cast<const utf8proc_uint8_t*>(utf8.data());
+    const utf8proc_ssize_t size = utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(utf8.size()), &code);
+    if (size <= 0) return {'?', 1};
+    return {code, static_cast<std::size_t>(size)};
+}
+
+/// What a reader takes for one letter, with the columns that it takes.
+struct Cluster {
+    std::size_t size = 0;
+    std::size_t width = 0;
+};
+
+/// The sum of its parts, but never more than two: a family of pictures is one picture. One that is asked to be shown as
+/// a picture takes two.
+Cluster firstCluster(std::string_view utf8)
+{
+    constexpr std::size_t kMost = 2;
+    constexpr utf8proc_int32_t kAsPicture = 0xFE0F;
+    Cluster cluster;
+    utf8proc_int32_t state = 0;
+    for (utf8proc_int32_t before = 0; cluster.size < utf8.size();) {
+        const Letter letter = firstLetter(utf8.substr(cluster.size));
+        if (cluster.size > 0 && utf8proc_grapheme_break_stateful(before, letter.code, &state)) break;
+        cluster.size += letter.size;
+        cluster.width += static_cast<std::size_t>(utf8proc_charwidth(letter.code));
+        if (letter.code == kAsPicture) cluster.width = kMost;
+        before = letter.code;
+    }
+    cluster.width = std::min(cluster.width, kMost);
+    return cluster;
 }
 
 }  // namespace
@@ -97,17 +93,28 @@ std::string harmless(std::string_view utf8, std::string_view kept)
 
 std::size_t displayWidth(std::string_view utf8)
 {
-    const CStringT text = FromUtf8(utf8);
     std::size_t width = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        auto letter = static_cast<char32_t>(text[at]);
-        // FromUtf8 leaves no surrogate without its partner.
-        if (letter >= 0xD800 && letter <= 0xDBFF) {
-            letter = 0x10000 + ((letter - 0xD800) << 10) + (static_cast<char32_t>(text[++at]) - 0xDC00);
-        }
-        width += widthOf(letter);
+    while (!utf8.empty()) {
+        const Cluster cluster = firstCluster(utf8);
+        width += cluster.width;
+        utf8.remove_prefix(cluster.size);
     }
     return width;
+}
+
+std::string shortened(std::string_view utf8, std::size_t width)
+{
+    constexpr std::string_view kDots = "…";
+    std::size_t fits = 0;  // with the dots behind it
+    std::size_t taken = 0;
+    for (std::size_t at = 0; at < utf8.size();) {
+        const Cluster cluster = firstCluster(utf8.substr(at));
+        taken += cluster.width;
+        if (taken > width) return std::string(utf8.substr(0, fits)).append(kDots);
+        at += cluster.size;
+        if (taken < width) fits = at;
+    }
+    return std::string(utf8);
 }
 
 }  // namespace host

@@ -24,4 +24,8 @@ std::string harmless(std::string_view utf8, std::string_view kept = {});
 /// one for anything else.
 std::size_t displayWidth(std::string_view utf8);
 
+/// The text, or as much of it as fits these columns with "…" behind it, which takes one. What a reader takes for one
+/// letter is never cut.
+std::string shortened(std::string_view utf8, std::size_t width);
+
 }  // namespace host

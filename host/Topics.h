@@ -20,5 +20,6 @@ Commands organisationCommands();
 Commands librariesCommands();
 Commands eventsCommands();
 Commands proxyCommands();
+Commands selfCommands();
 
 }  // namespace host

@@ -4,6 +4,7 @@
 
 #include "host/CommandLine.h"
 #include "host/ErrorLine.h"
+#include "host/Question.h"
 #include "host/System.h"
 #include "host/Topics.h"
 
@@ -16,7 +17,7 @@ Commands allCommands()
     Commands all;
     for (const auto topic : {sessionCommands, spacesCommands, tabsCommands, iconCommands, appsCommands, accessCommands,
                              membersCommands, invitationsCommands, rolesCommands, favouritesCommands, userCommands,
-                             organisationCommands, librariesCommands, eventsCommands, proxyCommands}) {
+                             organisationCommands, librariesCommands, eventsCommands, proxyCommands, selfCommands}) {
         for (Command& command : topic()) all.push_back(std::move(command));
     }
     return all;
@@ -48,7 +49,8 @@ std::string outputOf(const Request& request)
     }
     const Json json{{"request", call.wire().requestAsJson()}};
     if (call.wire().request().empty()) return {};
-    return request.settings.format == Format::json ? render(json, {}, Format::json) : call.wire().request();
+    return request.settings.format == Format::json ? render(json, {}, Format::json, request.settings.look)
+                                                   : call.wire().request();
 }
 
 void run(const std::vector<std::string>& words, Context& context)
@@ -59,6 +61,7 @@ void run(const std::vector<std::string>& words, Context& context)
     if (request.command == nullptr) return print(request.help);
 
     context = {request.command->path, request.settings.format};
+    requireYes(request);
     print(outputOf(request));
 }
 

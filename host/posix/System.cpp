@@ -102,6 +102,13 @@ std::string environment(const std::string& name)
     return value;
 }
 
+std::string configFolder()
+{
+    if (const std::string folder = environment("XDG_CONFIG_HOME"); !folder.empty()) return folder;
+    const std::string home = environment("HOME");
+    return home.empty() ? home : home + "/.config";
+}
+
 void prepareOutput() {}
 
 std::string readPrivateFile(const std::string& path, std::size_t limit)

@@ -179,6 +179,11 @@ std::string environment(const std::string& name)
     return value != nullptr ? textOf(value, name) : "";
 }
 
+std::string configFolder()
+{
+    return environment("APPDATA");
+}
+
 void prepareOutput()
 {
     ::_setmode(::_fileno(stdout), _O_BINARY);

@@ -44,7 +44,7 @@ INCLUDES = [
     ("account/", BELOW_CLIENT + ["account/"], []),
     ("host/win32/", ["host/", PUBLIC], None),
     ("host/posix/", ["host/", PUBLIC], None),
-    ("host/", ["host/", PUBLIC], ["CLI/", "nlohmann/"]),
+    ("host/", ["host/", PUBLIC], ["CLI/", "nlohmann/", "utf8proc.h"]),
     ("log/win32/", ["log/"], None),
     ("log/posix/", ["log/"], None),
     ("log/", ["log/"], ["CLI/", "nlohmann/"]),

@@ -3,6 +3,7 @@
 
 namespace {
 
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 struct Case {
@@ -162,6 +163,42 @@ TEST_F(SessionHostTest, RefusalsWithoutAMessageAreOneLineToo)
         EXPECT_EQ(ended.err, "pvwapi: " + line + "\n");
     }
     EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(SessionHostTest, NobodyIsInvitedWithoutBeingNamed)
+{
+    const Ended ended = pvwapi({"members", "invite", "W1", "--message", "Komm!"});
+    EXPECT_EQ(ended.status, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "pvwapi: members invite: nobody is named; see pvwapi members invite --help\n");
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(SessionHostTest, FixedTabIsRenamedInASessionOfItsOwn)
+{
+    constexpr const char* kClone = "cmd=cloneSession&autocommit=true&cred=C1&workspace=W1";
+    for (const char* const tab : {"commTab", "docTab"}) {
+        signInAs("C2");
+        succeed();
+        succeed();
+        EXPECT_EQ(pvwapi({"tabs", "rename", "W1", tab, "Talk"}).status, 0);
+        const std::vector<std::string> sent = bodies();
+        ASSERT_GE(sent.size(), 3U);
+        EXPECT_THAT(sent.at(sent.size() - 3), testing::StartsWith(kClone));
+        EXPECT_THAT(sent.at(sent.size() - 2), testing::StartsWith("cmd=set&cred=C2&type=tab&id=" + std::string(tab)));
+        EXPECT_THAT(sent.back(), testing::AllOf(HasSubstr("cmd=logout"), HasSubstr("cred=C2")));
+    }
+    EXPECT_EQ(bodies().size(), 6U);
+
+    // What was begun is ended, whatever comes of the name; where there is no session, nothing is renamed.
+    signInAs("C2");
+    refuse("Not now", "Busy");
+    succeed();
+    EXPECT_EQ(pvwapi({"tabs", "rename", "W1", "docTab", "Talk"}).err, "pvwapi: tabs rename: Not now (Busy)\n");
+    EXPECT_THAT(bodies().back(), HasSubstr("cmd=logout"));
+    refuse("No clone", "Busy");
+    EXPECT_EQ(pvwapi({"tabs", "rename", "W1", "docTab", "Talk"}).err, "pvwapi: tabs rename: No clone (Busy)\n");
+    EXPECT_THAT(bodies().back(), testing::StartsWith(kClone));
 }
 
 TEST_F(SessionHostTest, CommandThatDoesNothingSendsNothing)

@@ -11,6 +11,10 @@ HostTest::HostTest()
         {"PVWAPI_USER", "anna"},
         {"PVWAPI_PASSWORD", "p&w"},
         {"XDG_DATA_HOME", path("data")},
+        {"XDG_CONFIG_HOME", path("config")},
+        {"APPDATA", path("config")},
+        {"COLUMNS", ""},
+        {"NO_COLOR", ""},
     };
 }
 

@@ -11,6 +11,7 @@ ServiceHostTest::ServiceHostTest()
     environment = {
         {"PVWAPI_BASE_URL", url != nullptr ? url : ""},
         {"XDG_DATA_HOME", (std::filesystem::temp_directory_path() / "pvwapi-host-service-test").string()},
+        {"XDG_CONFIG_HOME", (std::filesystem::temp_directory_path() / "pvwapi-host-service-test").string()},
     };
     actAs("anna");
     // The built-in address is somebody else's service.

@@ -63,11 +63,13 @@ TEST_F(ServiceSpacesTest, TabsAreAddedNamedOrderedAndDeleted)
     done({"tabs", "rename", workspace, tab, "Überblick 東京"});
     done({"tabs", "order", workspace, tab, "docTab", "commTab"});
     EXPECT_THAT(tabNames(workspace), ElementsAre("Überblick 東京", "Files", "Discussions"));
+    done({"tabs", "rename", workspace, "docTab", "Dateien"});
+    EXPECT_THAT(tabNames(workspace), ElementsAre("Überblick 東京", "Dateien", "Discussions"));
     const Ended fixed = run({"tabs", "delete", workspace, "docTab"});
     EXPECT_EQ(fixed.status, 1);
     EXPECT_THAT(fixed.err, HasSubstr("the files tab stay"));
     done({"tabs", "delete", workspace, tab});
-    EXPECT_THAT(tabNames(workspace), ElementsAre("Files", "Discussions"));
+    EXPECT_THAT(tabNames(workspace), ElementsAre("Dateien", "Discussions"));
 }
 
 TEST_F(ServiceSpacesTest, PictureComesBackAsItWasSent)

@@ -23,9 +23,9 @@ TEST_F(SpacesHostTest, TableIsAlignedByWhatATerminalShows)
     const Ended ended = pvwapi({"spaces", "list"});
     EXPECT_EQ(ended.status, 0) << ended.err;
     EXPECT_EQ(ended.out,
-              "workspaceID  workspaceName  type  role  userName  description\n"
-              "w1           Käse 日本      0     2     anna      a\\u0009b\\u202e\n"
-              "w22          Plan           3     0\n");
+              "workspaceID  workspaceName  type  role           userName  description\n"
+              "w1           Käse 日本      0     administrator  anna      a\\u0009b\\u202e\n"
+              "w22          Plan           3     unknown\n");
 }
 
 TEST_F(SpacesHostTest, JsonHasEveryMemberOfTheRecord)

@@ -35,25 +35,53 @@ TEST_F(HostTest, WordsThatMakeNoCommandAreRefusedInOneLine)
     const std::vector<std::pair<Words, std::string>> cases{
         {{},
          "a command is missing, one of login, logout, session, spaces, tabs, icon, apps, access, members, invitations, "
-         "roles, favourites, user, av, org, libraries, notify, activity, event, meeting, proxy, call; see pvwapi "
-         "--help"},
-        {{"icon"}, "a command is missing, one of set, get; see pvwapi --help"},
-        {{"frobnicate"}, "The following argument was not expected: frobnicate; see pvwapi --help"},
-        {{"spaces", "list", "extra"}, "The following argument was not expected: extra; see pvwapi --help"},
-        {{"spaces", "create"}, "name is required; see pvwapi --help"},
-        {{"spaces", "create", "a", "--type", "2x"}, "--type: '2x' is not a whole number; see pvwapi --help"},
+         "roles, favourites, user, av, org, libraries, notify, activity, event, meeting, proxy, call, help, "
+         "completion, "
+         "man; see pvwapi --help"},
+        {{"icon"}, "a command is missing, one of set, get; see pvwapi icon --help"},
+        {{"frobnicate"}, "'frobnicate' is no command; see pvwapi --help"},
+        {{"spaces", "list", "extra"}, "'extra' is one word too many; see pvwapi spaces list --help"},
+        {{"spaces", "create"}, "name is required; see pvwapi spaces create --help"},
+        {{"spaces", "create", "a", "--type", "2x"},
+         "--type: '2x' is not a whole number; see pvwapi spaces create --help"},
         {{"spaces", "create", "a", "--type", "99999999999"},
-         "--type: '99999999999' is not a whole number; see pvwapi --help"},
-        {{"--format", "xml", "session"}, "--format: 'xml' is none of table, json; see pvwapi --help"},
-        {{"proxy", "cmd=x", "--method", "put"}, "--method: 'put' is none of get, post; see pvwapi --help"},
-        {{"members", "role", "w1", "u1", "boss"}, "role: 'boss' is none of member, admin; see pvwapi --help"},
+         "--type: '99999999999' is not a whole number; see pvwapi spaces create --help"},
+        {{"--format", "xml", "session"}, "--format: 'xml' is none of table, json; see pvwapi session --help"},
+        {{"proxy", "cmd=x", "--method", "put"}, "--method: 'put' is none of get, post; see pvwapi proxy --help"},
+        {{"members", "role", "w1", "u1", "boss"},
+         "role: 'boss' is none of member, admin; see pvwapi members role --help"},
         {{"event", "send", "w1", "END_VOICE"},
          "event: 'END_VOICE' is none of start-meeting, start-voice, start-telephony, end-meeting, end-voice, "
-         "end-telephony; see pvwapi --help"},
-        {{"session", "--password", "secret"},
-         "The following arguments were not expected: secret --password; see pvwapi --help"},
-        {{"/session"}, "The following argument was not expected: /session; see pvwapi --help"},
-        {{"a\x1b[2J\nb"}, "The following argument was not expected: a\\u001b[2J\\u000ab; see pvwapi --help"},
+         "end-telephony; see pvwapi event send --help"},
+        {{"session", "--password", "secret"}, "'--password' is no option of 'session'; see pvwapi session --help"},
+        {{"/session"}, "'/session' is no command; did you mean 'session'? See pvwapi --help"},
+        {{"a\x1b[2J\nb"}, "'a\\u001b[2J\\u000ab' is no command; see pvwapi --help"},
+    };
+    for (const auto& [words, line] : cases) expectLocalProblem(pvwapi(words), line);
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(HostTest, NearWordIsOffered)
+{
+    const std::vector<std::pair<Words, std::string>> cases{
+        {{"spces", "list"}, "'spces' is no command; did you mean 'spaces'? See pvwapi --help"},
+        {{"pacse"}, "'pacse' is no command; see pvwapi --help"},
+        {{"--format", "xml", "spcaes"}, "'spcaes' is no command; did you mean 'spaces'? See pvwapi --help"},
+        {{"spaces", "lst", "--help"}, "'lst' is no command of 'spaces'; did you mean 'list'? See pvwapi spaces --help"},
+        {{"session", "clon"}, "'clon' is no command of 'session'; did you mean 'clone'? See pvwapi session --help"},
+        {{"spaces", "create", "--nmae", "--typ=3", "more"},
+         "'--nmae' is no option of 'spaces create'; see pvwapi spaces create --help"},
+        {{"spaces", "create", "name", "--typ=3"},
+         "'--typ=3' is no option of 'spaces create'; did you mean '--type'? See pvwapi spaces create --help"},
+        {{"spaces", "create", "name", "--type"}, "--type: its value is missing; see pvwapi spaces create --help"},
+        {{"spaces", "list", "--formt", "json"},
+         "'--formt' is no option of 'spaces list'; did you mean '--format'? See pvwapi spaces list --help"},
+        {{"members", "role", "w1", "u1", "amdin"},
+         "role: 'amdin' is none of member, admin; did you mean 'admin'? See pvwapi members role --help"},
+        {{"help", "spaces", "creat"},
+         "'spaces creat' is no command or topic; did you mean 'spaces create'? See pvwapi --help"},
+        {{"man", "spces"}, "'spces' is no topic; did you mean 'spaces'? See pvwapi --help"},
+        {{std::string(5000, 's')}, "'" + std::string(5000, 's') + "' is no command; see pvwapi --help"},
     };
     for (const auto& [words, line] : cases) expectLocalProblem(pvwapi(words), line);
     EXPECT_THAT(bodies(), IsEmpty());

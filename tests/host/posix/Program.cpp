@@ -36,11 +36,17 @@ struct Pipe {
     std::array<int, 2> ends{};
 };
 
+/// Of two lines for one variable, a program finds the first.
+bool isInherited(std::string_view line, const Environment& environment)
+{
+    return !line.starts_with("PVWAPI_") && !environment.contains(std::string(line.substr(0, line.find('='))));
+}
+
 std::vector<std::string> variables(const Environment& environment)
 {
     std::vector<std::string> result;
     for (char** entry = environ; *entry != nullptr; ++entry) {
-        if (!std::string_view(*entry).starts_with("PVWAPI_")) result.emplace_back(*entry);
+        if (isInherited(*entry, environment)) result.emplace_back(*entry);
     }
     for (const auto& [name, value] : environment) result.push_back(name + "=" + value);
     return result;

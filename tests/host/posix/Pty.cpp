@@ -27,10 +27,11 @@ namespace {
 
 }  // namespace
 
-Pty::Pty(std::vector<std::string> words, const Environment& environment)
+Pty::Pty(std::vector<std::string> words, const Environment& environment, unsigned short columns)
 {
     words.insert(words.begin(), PVWAPI_HOST_PROGRAM);
-    child_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
+    const winsize size{24, columns, 0, 0};
+    child_ = forkpty(&terminal_, nullptr, nullptr, &size);
     if (child_ < 0) throw std::runtime_error("no terminal");
     if (child_ == 0) become(words, environment);
 }

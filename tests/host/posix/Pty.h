@@ -10,7 +10,7 @@
 
 class Pty {
 public:
-    Pty(std::vector<std::string> words, const Environment& environment);
+    Pty(std::vector<std::string> words, const Environment& environment, unsigned short columns = 80);
     Pty(const Pty&) = delete;
     Pty& operator=(const Pty&) = delete;
     ~Pty();

@@ -1,147 +1,117 @@
-// A person at the terminal: asked for the password, and pressing Ctrl-C.
-#include <signal.h>
-
-#include <chrono>
-#include <thread>
-
+// What is different when somebody sits in front of a terminal: questions, widths, bold letters.
 #include "tests/host/HostFixture.h"
-#include "tests/host/posix/Pty.h"
+#include "tests/host/posix/OnTerminal.h"
 
 namespace {
 
-using testing::ElementsAre;
+using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
-using Clock = std::chrono::steady_clock;
 
-constexpr const char* kCtrlC = "\x03";
-constexpr const char* kSignIn = "cmd=login&username=anna&password=p%26w&isp=&autocommit=true";
-
-class TerminalHostTest : public HostTest {
-protected:
-    /// Whether so many requests have come before anybody loses patience.
-    bool came(std::size_t count) const
-    {
-        for (int patience = 500; patience > 0 && bodies().size() < count; --patience) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return bodies().size() >= count;
-    }
-
-    /// The next request gets an answer that takes its time.
-    void answerAfter(std::chrono::milliseconds time)
-    {
-        server.script(kzn::test::Script().pause(time).send(
-            kzn::test::replyText(200, "text/xml", "<kznapi><response><result>SUCCESS</result></response></kznapi>")));
-    }
+struct Deletion {
+    Words words;
+    std::string question;
 };
 
-TEST_F(TerminalHostTest, PasswordIsAskedForAndNotShown)
+const std::vector<Deletion>& deletions()
 {
-    environment.erase("PVWAPI_PASSWORD");
-    signInAs("C1");
-    Pty terminal({"login"}, environment);
-    ASSERT_TRUE(terminal.shows("Password for anna: "));
-    EXPECT_FALSE(terminal.echoes());
-    terminal.type("p&w\n");
-    EXPECT_EQ(terminal.end(), 0) << terminal.text();
-    EXPECT_THAT(terminal.text(), testing::AllOf(Not(HasSubstr("p&w")), testing::EndsWith("\r\nC1\r\n")));
-    EXPECT_THAT(bodies(), ElementsAre(kSignIn));
-    EXPECT_TRUE(terminal.echoes());
+    static const std::vector<Deletion> all{
+        {{"spaces", "delete", "W1"}, "Delete workspace W1 with all that it holds? [y/N] "},
+        {{"spaces", "leave", "W1"}, "Leave workspace W1? [y/N] "},
+        {{"tabs", "delete", "W1", "T1"}, "Delete tab T1 of workspace W1? [y/N] "},
+        {{"members", "remove", "W1", "U\x1b[2J1"}, "Remove U\\u001b[2J1 from workspace W1? [y/N] "},
+        {{"invitations", "withdraw", "W1", "ben"}, "Withdraw the invitation of ben to workspace W1? [y/N] "},
+    };
+    return all;
 }
 
-TEST_F(TerminalHostTest, NothingTypedIsNoPassword)
+class TerminalTest : public SessionHostTest {
+protected:
+    TerminalTest() { environment["TERM"] = "xterm"; }
+};
+
+TEST_F(TerminalTest, DeletingIsAskedFor)
 {
-    environment.erase("PVWAPI_PASSWORD");
-    Pty terminal({"session", "renew"}, environment);
-    ASSERT_TRUE(terminal.shows("Password for anna: "));
-    terminal.type("\n");
-    EXPECT_EQ(terminal.end(), 2);
-    EXPECT_THAT(terminal.text(), HasSubstr("session renew: no credentials"));
-    EXPECT_TRUE(bodies().empty());
+    for (const auto& [words, question] : deletions()) {
+        const Ended ended = onTerminal(words, environment, "n\n");
+        EXPECT_EQ(ended.status, 2);
+        EXPECT_THAT(ended.out, AllOf(HasSubstr(question), EndsWith(": nothing was done\r\n")));
+    }
+    EXPECT_THAT(bodies(), IsEmpty());
 }
 
-TEST_F(TerminalHostTest, NobodyIsAskedForWhatIsThere)
+TEST_F(TerminalTest, OnlyYesIsYes)
 {
-    environment["PVWAPI_PASSWORD"] = "";
-    environment["PVWAPI_TOKEN"] = "t";
-    signInAs("C1");
-    Pty terminal({"login"}, environment);
-    EXPECT_EQ(terminal.end(), 0);
-    EXPECT_EQ(terminal.text(), "C1\r\n");
+    for (const char* const no : {"\n", "nyes\n", "yy\n", "\x04"}) {
+        EXPECT_EQ(onTerminal({"spaces", "delete", "W1"}, environment, no).status, 2);
+    }
+    EXPECT_THAT(bodies(), IsEmpty());
+    for (const char* const yes : {"y\n", "Y\n", "yes\n"}) {
+        succeed();
+        EXPECT_EQ(onTerminal({"spaces", "delete", "W1"}, environment, yes).status, 0);
+    }
+    EXPECT_EQ(bodies().size(), 3U);
 }
 
-TEST_F(TerminalHostTest, CtrlCAtTheQuestionEndsTheProgramAndShowsAgainWhatIsTyped)
+TEST_F(TerminalTest, YesOnTheCommandLineAsksNothing)
 {
-    environment.erase("PVWAPI_PASSWORD");
-    Pty terminal({"login"}, environment);
-    ASSERT_TRUE(terminal.shows("Password for anna: "));
-    terminal.type(kCtrlC);
-    EXPECT_EQ(terminal.end(), 4) << terminal.text();
-    EXPECT_TRUE(terminal.echoes());
-    EXPECT_TRUE(bodies().empty());
+    for (const auto& [words, question] : deletions()) {
+        Words agreed = words;
+        agreed.emplace_back("--yes");
+        succeed();
+        const Ended ended = onTerminal(agreed, environment);
+        EXPECT_EQ(ended.status, 0);
+        EXPECT_EQ(ended.out, "");
+    }
+    EXPECT_EQ(bodies().size(), deletions().size());
 }
 
-TEST_F(TerminalHostTest, CtrlCEndsTheCommandAndItsOwnSession)
+TEST_F(TerminalTest, OtherCommandsAskNothing)
 {
-    signInAs("C1");
-    answerAfter(std::chrono::seconds(1));
-    Pty terminal({"av", "create"}, environment);
-    ASSERT_TRUE(came(2));
-    terminal.type(kCtrlC);
-    EXPECT_EQ(terminal.end(), 4) << terminal.text();
-    EXPECT_THAT(terminal.text(), HasSubstr("pvwapi: av create: stopped: "));
-    EXPECT_THAT(bodies(), ElementsAre(kSignIn, HasSubstr("type=user"), "cmd=logout&cred=C1"));
-}
-
-TEST_F(TerminalHostTest, CtrlCLeavesAGivenSessionOpen)
-{
-    environment["PVWAPI_CRED"] = "C1";
-    answerAfter(std::chrono::seconds(1));
-    Pty terminal({"av", "create"}, environment);
-    ASSERT_TRUE(came(1));
-    terminal.type(kCtrlC);
-    EXPECT_EQ(terminal.end(), 4) << terminal.text();
+    succeed();
+    EXPECT_EQ(onTerminal({"favourites", "remove", "W1", "--list", "L"}, environment).out, "");
     EXPECT_EQ(bodies().size(), 1U);
 }
 
-TEST_F(TerminalHostTest, CallThatHangsEndsAtOnce)
+TEST_F(TerminalTest, TableFitsTheTerminal)
 {
-    environment["PVWAPI_CRED"] = "C1";
-    for (const int number : {SIGINT, SIGTERM}) {
-        answerAfter(std::chrono::seconds(8));
-        const std::size_t before = bodies().size();
-        Pty terminal({"session"}, environment);
-        ASSERT_TRUE(came(before + 1));
-        const auto begin = Clock::now();
-        terminal.signal(number);
-        EXPECT_EQ(terminal.end(), 4) << terminal.text();
-        EXPECT_LT(Clock::now() - begin, std::chrono::seconds(5));
-        EXPECT_THAT(terminal.text(), HasSubstr("pvwapi: session: stopped: "));
-    }
+    const Words words{"notify", "W1", "--columns", "workspaceID,count"};
+    succeed();
+    EXPECT_THAT(onTerminal(words, environment, "", 16).out, HasSubstr("workspace…  cou…"));
+    succeed();
+    EXPECT_THAT(onTerminal(words, environment, "", 18).out, HasSubstr("workspaceID  count"));
+    environment["COLUMNS"] = "14";
+    succeed();
+    EXPECT_THAT(onTerminal(words, environment, "", 80).out, HasSubstr("workspa…  cou…"));
 }
 
-TEST_F(TerminalHostTest, SecondCtrlCWaitsForNothing)
+TEST_F(TerminalTest, HeaderIsBoldUnlessTheUserWantsNone)
 {
-    signInAs("C1");
-    server.otherwise(kzn::test::Script().stall());
-    Pty terminal({"session"}, environment);
-    ASSERT_TRUE(came(2));
-    const auto begin = Clock::now();
-    terminal.type(kCtrlC);
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    terminal.type(kCtrlC);
-    EXPECT_EQ(terminal.end(), 4) << terminal.text();
-    EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(2500));
+    const auto shown = [&](const Words& options) {
+        Words words{"notify"};
+        words.insert(words.end(), options.begin(), options.end());
+        succeed();
+        return onTerminal(words, environment).out;
+    };
+    const auto isBold = HasSubstr("\x1b[1mworkspaceID  count\x1b[0m\r\n");
+    EXPECT_THAT(shown({}), isBold);
+    EXPECT_THAT(shown({"--color", "never"}), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(shown({"--format", "json"}), Not(HasSubstr("\x1b")));
+    environment["NO_COLOR"] = "1";
+    EXPECT_THAT(shown({}), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(shown({"--color", "always"}), isBold);
+    environment["NO_COLOR"] = "";
+    EXPECT_THAT(shown({}), isBold);
+    environment["TERM"] = "dumb";
+    EXPECT_THAT(shown({}), Not(HasSubstr("\x1b")));
 }
 
-TEST_F(TerminalHostTest, WaitForAPipeCanBeEnded)
+TEST_F(TerminalTest, HelpFitsTheTerminal)
 {
-    Pty terminal({"logout", "--credentials", "-"}, environment);
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    terminal.type(kCtrlC);
-    EXPECT_EQ(terminal.end(), 4) << terminal.text();
-    EXPECT_TRUE(bodies().empty());
+    EXPECT_THAT(onTerminal({"icon", "--help", "--color", "never"}, environment, "", 44).out,
+                HasSubstr("  set  Send a picture, and print the address\r\n       that it is kept under\r\n"));
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 namespace {
 
 using kzn::pvutil::stringex::FromUtf8;
+using kzn::pvutil::stringex::ToUtf8;
 
 struct CloseAny {
     using pointer = HANDLE;
@@ -52,13 +53,20 @@ std::wstring quoted(const std::wstring& word)
     return text.append(slashes, L'\\') + L"\"";
 }
 
+/// Of two lines for one variable, a program finds the first.
+bool isInherited(std::wstring_view line, const Environment& environment)
+{
+    const std::string name = ToUtf8(std::wstring(line.substr(0, line.find(L'=', 1))));
+    return !name.starts_with("PVWAPI_") && !environment.contains(name);
+}
+
 std::wstring block(const Environment& environment)
 {
     std::wstring result;
     wchar_t* const own = GetEnvironmentStringsW();
     for (const wchar_t* entry = own; *entry != 0;) {
         const std::wstring_view line(entry);
-        if (!line.starts_with(L"PVWAPI_")) result.append(line).push_back(0);
+        if (isInherited(line, environment)) result.append(line).push_back(0);
         entry += line.size() + 1;
     }
     FreeEnvironmentStringsW(own);
