@@ -1,31 +1,28 @@
 #include "pvutil/HttpTransport.h"
 
-#include <windows.h>
-#include <winhttp.h>
-
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <charconv>
 #include <memory>
-#include <new>
+#include <optional>
+#include <string>
+#include <utility>
 
 #include "pvutil/Ascii.h"
 #include "pvutil/StringEx.h"
+#include "pvutil/win32/HttpCall.h"
+#include "pvutil/win32/HttpCause.h"
+#include "pvutil/win32/HttpErrors.h"
 
 namespace kzn::pvutil {
 
 namespace {
 
-struct Close {
-    using pointer = HINTERNET;
-    void operator()(HINTERNET handle) const noexcept { WinHttpCloseHandle(handle); }
-};
-
-using Internet = std::unique_ptr<HINTERNET, Close>;
-
-// Large bodies go out in slices, so that the caller hears of the progress.
+// Large bodies go out in slices, so that the caller hears of the progress. The system may read what it was given until
+// it is done with the request, which a call that is stopped does not wait for: it gets copies.
 constexpr std::size_t kSlice = std::size_t{64} << 10;
+constexpr std::size_t kWhole = std::size_t{256} << 10;
+constexpr std::size_t kPiece = std::size_t{16} << 10;
 
 // The one session of the process; the connections that it keeps open serve every thread.
 constinit std::atomic<HINTERNET> g_session = nullptr;
@@ -37,8 +34,8 @@ void setOption(HINTERNET handle, DWORD option, DWORD value) noexcept
 
 Internet openSession() noexcept
 {
-    Internet session{
-        WinHttpOpen(nullptr, WINHTTP_ACCESS_TYPE_DEFAULT_PROXY, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0)};
+    Internet session{WinHttpOpen(nullptr, WINHTTP_ACCESS_TYPE_DEFAULT_PROXY, WINHTTP_NO_PROXY_NAME,
+                                 WINHTTP_NO_PROXY_BYPASS, WINHTTP_FLAG_ASYNC)};
     if (!session) return session;
     DWORD protocols = WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2 | WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_3;
     if (!WinHttpSetOption(session.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, &protocols, sizeof protocols))
@@ -88,26 +85,41 @@ Internet openRequest(HINTERNET connection, const HttpExchange& exchange)
     return addHeaders(request.get(), exchange) ? std::move(request) : nullptr;
 }
 
-// A body in one piece that nobody watches goes along with the head; the system can send it again by itself then.
-bool sendWhole(HINTERNET request, std::string_view body)
+// A small body in one piece that nobody watches goes along with the head; the system can send it again by itself then.
+bool sendWhole(HttpCall& call, HttpExchange& exchange, std::string_view body)
 {
-    const auto size = static_cast<DWORD>(body.size());
-    return WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, const_cast<char*>(body.data()), size, size, 0);
+    auto& buffer = call.buffer();
+    buffer = body;
+    const auto size = static_cast<DWORD>(buffer.size());
+    return call.perform(exchange, [&](HINTERNET request) {
+        return WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, buffer.data(), size, size, call.context());
+    });
 }
 
-bool sendSlices(HINTERNET request, HttpExchange& exchange)
+bool sendSlice(HttpCall& call, HttpExchange& exchange, std::string_view slice)
+{
+    auto& buffer = call.buffer();
+    buffer = slice;
+    return call.perform(exchange, [&](HINTERNET request) {
+        return WinHttpWriteData(request, buffer.data(), static_cast<DWORD>(buffer.size()), nullptr);
+    });
+}
+
+bool sendSlices(HttpCall& call, HttpExchange& exchange)
 {
     const auto whole = static_cast<DWORD>(exchange.bodyBytes());
-    if (!WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, whole, 0))
+    if (!call.perform(exchange, [&](HINTERNET request) {
+            return WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, whole,
+                                      call.context());
+        }))
         return false;
     std::size_t done = 0;
     for (auto rest : exchange.body) {
         while (!rest.empty()) {
-            const auto slice = rest.substr(0, kSlice);
-            DWORD written = 0;
-            if (!WinHttpWriteData(request, slice.data(), static_cast<DWORD>(slice.size()), &written) || written == 0)
-                return false;
-            rest.remove_prefix(std::min<std::size_t>(written, rest.size()));
+            if (!sendSlice(call, exchange, rest.substr(0, kSlice))) return false;
+            const std::size_t written = std::min<std::size_t>(call.report().count, rest.size());
+            if (written == 0) return exchange.fail(HttpFault::closed, HttpPhase::send);
+            rest.remove_prefix(written);
             done += written;
             if (!exchange.sent(done)) return false;
         }
@@ -115,12 +127,12 @@ bool sendSlices(HINTERNET request, HttpExchange& exchange)
     return true;
 }
 
-bool send(HINTERNET request, HttpExchange& exchange)
+bool send(HttpCall& call, HttpExchange& exchange)
 {
     const bool isWatched = exchange.onSent != nullptr && *exchange.onSent;
-    if (exchange.body.empty()) return sendWhole(request, {});
-    if (exchange.body.size() == 1 && !isWatched) return sendWhole(request, exchange.body.front());
-    return sendSlices(request, exchange);
+    if (exchange.body.empty()) return sendWhole(call, exchange, {});
+    const bool isSmall = exchange.body.size() == 1 && exchange.body.front().size() <= kWhole;
+    return isSmall && !isWatched ? sendWhole(call, exchange, exchange.body.front()) : sendSlices(call, exchange);
 }
 
 std::string headerOf(HINTERNET request, DWORD which)
@@ -170,57 +182,116 @@ bool lengthOf(HINTERNET request, std::optional<std::uint64_t>& length)
     return error == std::errc() && end == digits.data() + digits.size();
 }
 
-// No more than what was declared is asked for: some versions of the system's HTTP wait for what follows behind it.
-DWORD pieceOf(std::size_t room, const std::optional<std::uint64_t>& length, std::size_t done) noexcept
+// Reads a piece of the body into the buffer; none at its end. No more than what was declared is asked for: some
+// versions of the system's HTTP wait for what follows behind it.
+bool read(HttpCall& call, HttpExchange& exchange, std::uint64_t room)
 {
-    return static_cast<DWORD>(std::min<std::uint64_t>(room, length ? *length - done : room));
+    if (!call.perform(exchange, [](HINTERNET request) { return WinHttpQueryDataAvailable(request, nullptr); }))
+        return false;
+    auto& buffer = call.buffer();
+    buffer.resize(kPiece);
+    const auto size = static_cast<DWORD>(std::min<std::uint64_t>({kPiece, room, call.report().count}));
+    if (size != 0 && !call.perform(exchange, [&](HINTERNET request) {
+            return WinHttpReadData(request, buffer.data(), size, nullptr);
+        }))
+        return false;
+    buffer.resize(std::min<std::size_t>(size, call.report().count));
+    return true;
 }
 
-bool receive(HINTERNET request, HttpExchange& exchange)
+bool receiveBody(HttpCall& call, HttpExchange& exchange, const std::optional<std::uint64_t>& length)
 {
-    if (!WinHttpReceiveResponse(request, nullptr) || !headStands(request)) return false;
-    std::optional<std::uint64_t> length;
-    if (!lengthOf(request, length) || !exchange.begin(statusOf(request), length)) return false;
-    exchange.contentType = headerOf(request, WINHTTP_QUERY_CONTENT_TYPE);
-    exchange.location = headerOf(request, WINHTTP_QUERY_LOCATION);
-
-    std::array<char, 16384> buffer;
+    const bool isInChunks = !headerOf(call.request(), WINHTTP_QUERY_TRANSFER_ENCODING).empty();
     while (!length || exchange.reply.size() < *length) {
-        DWORD count = 0;
-        if (!WinHttpReadData(request, buffer.data(), pieceOf(buffer.size(), length, exchange.reply.size()), &count))
-            return false;
-        if (count == 0) return !length;
-        if (!exchange.receive({buffer.data(), count})) return false;
+        if (!read(call, exchange, length ? *length - exchange.reply.size() : kPiece)) return false;
+        if (call.buffer().empty()) {
+            // Chunks end with a last one; some versions of the system's HTTP take the end of the connection for it.
+            const bool isWhole = !length && !(isInChunks && call.report().hasEnded);
+            return isWhole || exchange.fail(HttpFault::cutOff, HttpPhase::receive);
+        }
+        if (!exchange.receive(call.buffer())) return false;
     }
     return true;
 }
 
+bool receive(HttpCall& call, HttpExchange& exchange)
+{
+    call.enter(HttpPhase::wait);
+    if (!call.perform(exchange, [](HINTERNET request) { return WinHttpReceiveResponse(request, nullptr); }))
+        return false;
+    call.enter(HttpPhase::receive);
+    const HINTERNET request = call.request();
+    if (!headStands(request)) return exchange.fail(HttpFault::cutOff, HttpPhase::receive);
+    std::optional<std::uint64_t> length;
+    if (!lengthOf(request, length)) return exchange.fail(HttpFault::notHttp, HttpPhase::receive);
+    if (!exchange.begin(statusOf(request), length)) return false;
+    exchange.contentType = headerOf(request, WINHTTP_QUERY_CONTENT_TYPE);
+    exchange.location = headerOf(request, WINHTTP_QUERY_LOCATION);
+    return receiveBody(call, exchange, length);
+}
+
+// What this machine could not do.
+bool failHere(HttpExchange& exchange)
+{
+    const DWORD error = GetLastError();
+    const HttpFault fault = faultOf(error);
+    return exchange.fail(fault == HttpFault::badAddress ? fault : HttpFault::local, HttpPhase::connect, wordsOf(error));
+}
+
 enum class Outcome { whole, failed, sendAgain };
 
-Outcome attempt(HINTERNET connection, HttpExchange& exchange)
+Outcome attempt(HINTERNET connection, HttpExchange& exchange, const std::shared_ptr<HttpSignal>& signal)
 {
-    const Internet request = openRequest(connection, exchange);
-    if (!request) return Outcome::failed;
-    SetLastError(ERROR_SUCCESS);
-    if (send(request.get(), exchange) && receive(request.get(), exchange)) return Outcome::whole;
-    return GetLastError() == ERROR_WINHTTP_RESEND_REQUEST ? Outcome::sendAgain : Outcome::failed;
+    HttpCall call(openRequest(connection, exchange), exchange, signal);
+    if (!call) {
+        failHere(exchange);
+        return Outcome::failed;
+    }
+    if (send(call, exchange) && receive(call, exchange)) return Outcome::whole;
+    if (exchange.failure.fault != HttpFault::none) return Outcome::failed;
+    if (call.report().error == ERROR_WINHTTP_RESEND_REQUEST) return Outcome::sendAgain;
+    failBy(exchange, call.report(), *signal);
+    return Outcome::failed;
 }
+
+// Whoever cancels wakes this call while one of these lives.
+class Wakes {
+public:
+    Wakes(CallControl* control, HttpSignal& signal) noexcept : control_(control)
+    {
+        if (control_ != nullptr) control_->wakes(&signal);
+    }
+    Wakes(const Wakes&) = delete;
+    Wakes& operator=(const Wakes&) = delete;
+    ~Wakes()
+    {
+        if (control_ != nullptr) control_->wakes(nullptr);
+    }
+
+private:
+    CallControl* control_;
+};
 
 }  // namespace
 
 bool transport(HttpExchange& exchange)
 {
-    const HINTERNET standing = session();
-    if (standing == nullptr) return false;
+    const auto signal = std::make_shared<HttpSignal>();
+    const HINTERNET standing = *signal ? session() : nullptr;
+    if (standing == nullptr) return failHere(exchange);
+    const Wakes wakes(exchange.control, *signal);
     const Internet connection{
         WinHttpConnect(standing, stringex::FromUtf8(exchange.url.host).c_str(), exchange.url.port, 0)};
-    if (!connection) return false;
+    if (!connection) return failHere(exchange);
     // The system asks for this where the other end had closed a kept connection before it read anything.
-    Outcome outcome = attempt(connection.get(), exchange);
-    if (outcome == Outcome::sendAgain) outcome = attempt(connection.get(), exchange);
+    Outcome outcome = attempt(connection.get(), exchange, signal);
+    if (outcome == Outcome::sendAgain) outcome = attempt(connection.get(), exchange, signal);
+    if (outcome == Outcome::sendAgain) return exchange.fail(HttpFault::closed, HttpPhase::send);
     return outcome == Outcome::whole;
 }
 
+// The session itself reports to nobody, and every request has ended; one that the system holds on to keeps the library
+// from being unloaded.
 void shutDownTransport() noexcept
 {
     Internet(g_session.exchange(nullptr)).reset();
