@@ -1,6 +1,7 @@
 #include "pvutil/win32/HttpCall.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <mutex>
 #include <string_view>
 #include <utility>
@@ -131,7 +132,8 @@ private:
         case WINHTTP_CALLBACK_STATUS_RESOLVING_NAME: report_.phase = HttpPhase::lookUp; break;
         case WINHTTP_CALLBACK_STATUS_CONNECTING_TO_SERVER: connects(static_cast<const wchar_t*>(info)); break;
         case WINHTTP_CALLBACK_STATUS_CONNECTED_TO_SERVER: report_.phase = afterConnect_; break;
-        case WINHTTP_CALLBACK_STATUS_SENDING_REQUEST: report_.phase = HttpPhase::send; break;
+        case WINHTTP_CALLBACK_STATUS_SENDING_REQUEST: sends(); break;
+        case WINHTTP_CALLBACK_STATUS_REQUEST_SENT: report_.phase = HttpPhase::wait; break;
         case WINHTTP_CALLBACK_STATUS_RESPONSE_RECEIVED: hears(static_cast<const DWORD*>(info)); break;
         case WINHTTP_CALLBACK_STATUS_SECURE_FAILURE: report_.secureFlags = *static_cast<const DWORD*>(info); break;
         default: break;
@@ -146,13 +148,19 @@ private:
         *std::copy_n(address, length, report_.address.begin()) = L'\0';
     }
 
-    void hears(const DWORD* count) noexcept
+    // What was heard before was a proxy's, or the handshake's.
+    void sends() noexcept
     {
-        if (count == nullptr) return;
-        if (*count == 0) {
-            report_.hasEnded = true;
-            return;
-        }
+        report_.phase = HttpPhase::send;
+        report_.hasHeard = report_.hasEnded = false;
+    }
+
+    // Some versions of the system's HTTP report what failed here too, as less than nothing.
+    void hears(const DWORD* bytes) noexcept
+    {
+        const auto count = bytes == nullptr ? -1 : static_cast<std::int32_t>(*bytes);
+        if (count == 0) report_.hasEnded = true;
+        if (count <= 0) return;
         report_.hasHeard = true;
         if (report_.phase == HttpPhase::wait) report_.phase = HttpPhase::receive;
     }
@@ -238,7 +246,8 @@ bool HttpCall::await(HttpExchange& exchange) noexcept
             report_.error = ERROR_WINHTTP_TIMEOUT;
             return false;
         }
-        shared_->signal().await(over, exchange.control);
+        // A connection may come about meanwhile, and less time be left to what follows.
+        shared_->signal().await(std::min(over, Clock::now() + exchange.limits.silence), exchange.control);
     }
 }
 

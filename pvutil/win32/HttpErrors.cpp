@@ -107,6 +107,7 @@ unsigned long secureErrorOf(unsigned long flags) noexcept
 
 std::string wordsOf(unsigned long error)
 {
+    if (error == ERROR_SUCCESS) return {};
     constexpr DWORD kFrom = FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_FROM_SYSTEM;
     constexpr DWORD kHow = FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;  // in one line
     std::array<wchar_t, 512> buffer;

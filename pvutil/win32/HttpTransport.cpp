@@ -22,7 +22,7 @@ namespace {
 // it is done with the request, which a call that is stopped does not wait for: it gets copies.
 constexpr std::size_t kSlice = std::size_t{64} << 10;
 constexpr std::size_t kWhole = std::size_t{256} << 10;
-constexpr std::size_t kPiece = std::size_t{16} << 10;
+constexpr std::size_t kPiece = std::size_t{64} << 10;
 
 // The one session of the process; the connections that it keeps open serve every thread.
 constinit std::atomic<HINTERNET> g_session = nullptr;
@@ -53,10 +53,13 @@ HINTERNET session() noexcept
     return standing;
 }
 
+// The call keeps its times itself. The system's own only see to it that a request which it holds on to ends some day:
+// they end later, because not every version says of what runs out that it was a matter of time.
 void setLimits(HINTERNET request, const HttpLimits& limits) noexcept
 {
-    const auto connect = static_cast<int>(limits.connect.count());
-    const auto silence = static_cast<int>(limits.silence.count());
+    constexpr std::chrono::milliseconds kLater{2000};
+    const auto connect = static_cast<int>((limits.connect + kLater).count());
+    const auto silence = static_cast<int>((limits.silence + kLater).count());
     WinHttpSetTimeouts(request, connect, connect, silence, silence);
     setOption(request, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, static_cast<DWORD>(silence));
 }
@@ -113,6 +116,7 @@ bool sendSlices(HttpCall& call, HttpExchange& exchange)
                                       call.context());
         }))
         return false;
+    call.enter(HttpPhase::send);
     std::size_t done = 0;
     for (auto rest : exchange.body) {
         while (!rest.empty()) {
@@ -188,9 +192,9 @@ bool read(HttpCall& call, HttpExchange& exchange, std::uint64_t room)
 {
     if (!call.perform(exchange, [](HINTERNET request) { return WinHttpQueryDataAvailable(request, nullptr); }))
         return false;
-    auto& buffer = call.buffer();
-    buffer.resize(kPiece);
     const auto size = static_cast<DWORD>(std::min<std::uint64_t>({kPiece, room, call.report().count}));
+    auto& buffer = call.buffer();
+    buffer.resize(size);
     if (size != 0 && !call.perform(exchange, [&](HINTERNET request) {
             return WinHttpReadData(request, buffer.data(), size, nullptr);
         }))
@@ -224,7 +228,10 @@ bool receive(HttpCall& call, HttpExchange& exchange)
     if (!headStands(request)) return exchange.fail(HttpFault::cutOff, HttpPhase::receive);
     std::optional<std::uint64_t> length;
     if (!lengthOf(request, length)) return exchange.fail(HttpFault::notHttp, HttpPhase::receive);
-    if (!exchange.begin(statusOf(request), length)) return false;
+    const int status = statusOf(request);
+    // An interim reply of which there is no other: nothing was asked for that could follow it.
+    if (status < HTTP_STATUS_OK) return exchange.fail(HttpFault::notHttp, HttpPhase::receive);
+    if (!exchange.begin(status, length)) return false;
     exchange.contentType = headerOf(request, WINHTTP_QUERY_CONTENT_TYPE);
     exchange.location = headerOf(request, WINHTTP_QUERY_LOCATION);
     return receiveBody(call, exchange, length);
@@ -234,8 +241,9 @@ bool receive(HttpCall& call, HttpExchange& exchange)
 bool failHere(HttpExchange& exchange)
 {
     const DWORD error = GetLastError();
-    const HttpFault fault = faultOf(error);
-    return exchange.fail(fault == HttpFault::badAddress ? fault : HttpFault::local, HttpPhase::connect, wordsOf(error));
+    if (faultOf(error) == HttpFault::badAddress)
+        return exchange.fail(HttpFault::badAddress, HttpPhase::address, wordsOf(error));
+    return exchange.fail(HttpFault::local, HttpPhase::connect, wordsOf(error));
 }
 
 enum class Outcome { whole, failed, sendAgain };
