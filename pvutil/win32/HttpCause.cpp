@@ -109,13 +109,13 @@ DWORD exactErrorOf(HttpExchange& exchange, const HttpReport& report, const HttpS
 // What the moment adds to the error.
 HttpFault faultThen(HttpFault fault, const HttpReport& report) noexcept
 {
+    const bool isSecuring = report.phase == HttpPhase::secure;
+    const HttpFault whereHeard = report.hasHeard ? fault : HttpFault::closed;
     switch (fault) {
-    case HttpFault::none: return report.phase == HttpPhase::secure ? HttpFault::tlsFailed : HttpFault::local;
+    case HttpFault::none: return isSecuring ? HttpFault::tlsFailed : HttpFault::local;
     case HttpFault::silence: return report.phase < HttpPhase::send ? HttpFault::connectTimeout : fault;
-    case HttpFault::cutOff:
-        if (report.phase == HttpPhase::secure) return HttpFault::tlsFailed;
-        return report.hasHeard ? fault : HttpFault::closed;
-    case HttpFault::notHttp: return report.hasHeard ? fault : HttpFault::closed;
+    case HttpFault::cutOff: return isSecuring ? HttpFault::tlsFailed : whereHeard;
+    case HttpFault::notHttp: return whereHeard;
     default: return fault;
     }
 }

@@ -99,36 +99,47 @@ bool sendWhole(HttpCall& call, HttpExchange& exchange, std::string_view body)
     });
 }
 
-bool sendSlice(HttpCall& call, HttpExchange& exchange, std::string_view slice)
+bool sendHead(HttpCall& call, HttpExchange& exchange)
+{
+    const auto whole = static_cast<DWORD>(exchange.bodyBytes());
+    return call.perform(exchange, [&](HINTERNET request) {
+        return WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, whole,
+                                  call.context());
+    });
+}
+
+// How much of it is out; nothing where that failed.
+std::size_t sendSlice(HttpCall& call, HttpExchange& exchange, std::string_view slice)
 {
     auto& buffer = call.buffer();
     buffer = slice;
-    return call.perform(exchange, [&](HINTERNET request) {
+    const bool isOut = call.perform(exchange, [&](HINTERNET request) {
         return WinHttpWriteData(request, buffer.data(), static_cast<DWORD>(buffer.size()), nullptr);
     });
+    if (!isOut) return 0;
+    if (call.report().count == 0) exchange.fail(HttpFault::closed, HttpPhase::send);
+    return std::min<std::size_t>(call.report().count, slice.size());
+}
+
+bool sendPiece(HttpCall& call, HttpExchange& exchange, std::string_view rest, std::size_t& done)
+{
+    while (!rest.empty()) {
+        const std::size_t written = sendSlice(call, exchange, rest.substr(0, kSlice));
+        if (written == 0) return false;
+        rest.remove_prefix(written);
+        done += written;
+        if (!exchange.sent(done)) return false;
+    }
+    return true;
 }
 
 bool sendSlices(HttpCall& call, HttpExchange& exchange)
 {
-    const auto whole = static_cast<DWORD>(exchange.bodyBytes());
-    if (!call.perform(exchange, [&](HINTERNET request) {
-            return WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, whole,
-                                      call.context());
-        }))
-        return false;
+    if (!sendHead(call, exchange)) return false;
     call.enter(HttpPhase::send);
     std::size_t done = 0;
-    for (auto rest : exchange.body) {
-        while (!rest.empty()) {
-            if (!sendSlice(call, exchange, rest.substr(0, kSlice))) return false;
-            const std::size_t written = std::min<std::size_t>(call.report().count, rest.size());
-            if (written == 0) return exchange.fail(HttpFault::closed, HttpPhase::send);
-            rest.remove_prefix(written);
-            done += written;
-            if (!exchange.sent(done)) return false;
-        }
-    }
-    return true;
+    return std::all_of(exchange.body.begin(), exchange.body.end(),
+                       [&](std::string_view piece) { return sendPiece(call, exchange, piece, done); });
 }
 
 bool send(HttpCall& call, HttpExchange& exchange)
