@@ -8,6 +8,7 @@
 #include "pvutil/CallControl.h"
 #include "tests/pvutil/HttpFixture.h"
 #include "tests/support/BusyPort.h"
+#include "tests/support/Wine.h"
 
 namespace kzn::test {
 namespace {
@@ -82,7 +83,9 @@ TEST_F(HttpFaults, ConnectionThatEnds)
 {
     expectFault("closed without a byte", HttpFault::closed, Script().close());
     expectFault("reset without a byte", HttpFault::closed, Script().reset());
-    expectFault("closed inside the status line", HttpFault::cutOff, Script().send("HTTP/1.1 2").close());
+    // Wine has one code for this and for bytes that are no HTTP, and shows none of them.
+    expectFault("closed inside the status line", runsUnderWine() ? HttpFault::notHttp : HttpFault::cutOff,
+                Script().send("HTTP/1.1 2").close());
     expectFault("closed inside the head", HttpFault::cutOff, Script().send("HTTP/1.1 200 OK\r\nContent-").close());
     expectFault("closed inside the body", HttpFault::cutOff, Script().send(kTen + "<kzn").close());
     expectFault("reset inside the body", HttpFault::cutOff, Script().send(kTen + "<kzn").pause(50ms).reset());

@@ -4,6 +4,7 @@
 
 #include "tests/pvutil/HttpFixture.h"
 #include "tests/support/TestAuthority.h"
+#include "tests/support/Wine.h"
 
 namespace kzn::test {
 namespace {
@@ -31,6 +32,9 @@ protected:
         CZelHttpClient::SetLimits(limits);
     }
 
+    // Wine finds out what is wrong with a certificate, refuses it, and tells that TLS has failed.
+    static HttpFault told(HttpFault fault) { return runsUnderWine() ? HttpFault::tlsFailed : fault; }
+
     // Twice, for a connection that was refused must not be kept; and by the other method too.
     void expectRefused(std::string_view row, HttpFault fault, const CStringT& url)
     {
@@ -43,7 +47,7 @@ protected:
         }
         const std::string text = textOf(client.Failure());
         std::cout << "fault | " << row << " | " << static_cast<int>(client.Failure().fault) << " | " << text << "\n";
-        EXPECT_EQ(client.Failure().fault, fault);
+        EXPECT_EQ(client.Failure().fault, told(fault));
         EXPECT_NE(text.find("127.0.0.1:"), std::string::npos) << text;
     }
 };
@@ -52,11 +56,11 @@ TEST_F(HttpTls, AuthorityThatIsKnownIsBelieved)
 {
     const TestAuthority authority(setting("AUTHORITY"));
     ASSERT_TRUE(authority.isTrusted());
-    for (const std::string host : {"127.0.0.1", "localhost"}) {
-        EXPECT_EQ(get(page("GOOD", host)), 200) << textOf(client.Failure());
-        EXPECT_EQ(text(), "<kznapi/>");
-        EXPECT_EQ(client.Failure().fault, HttpFault::none);
-    }
+    EXPECT_EQ(get(page("GOOD", "localhost")), 200) << textOf(client.Failure());
+    EXPECT_EQ(text(), "<kznapi/>");
+    EXPECT_EQ(client.Failure().fault, HttpFault::none);
+    // Wine does not look for addresses in a certificate.
+    EXPECT_EQ(get(page("GOOD")), runsUnderWine() ? -1 : 200) << textOf(client.Failure());
 }
 
 TEST_F(HttpTls, CertificateThatIsNotGoodIsRefusedForItsReason)
@@ -73,14 +77,14 @@ TEST_F(HttpTls, CertificateThatIsNotGoodIsRefusedForItsReason)
 
 TEST_F(HttpTls, AuthorityThatIsNotKnownIsRefused)
 {
-    expectRefused("authority that is not known here", HttpFault::tlsUntrusted, page("GOOD"));
+    expectRefused("authority that is not known here", HttpFault::tlsUntrusted, page("APART"));
 }
 
 TEST_F(HttpTls, RedirectToItIsNoConnection)
 {
     server.reply(302, "text/plain", "moved", {{"Location", narrow(page("SELF"))}});
     EXPECT_EQ(getPath("/"), -1);
-    EXPECT_EQ(client.Failure().fault, HttpFault::tlsUntrusted);
+    EXPECT_EQ(client.Failure().fault, told(HttpFault::tlsUntrusted));
     expectNoReply();
 }
 

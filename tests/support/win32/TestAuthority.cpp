@@ -37,6 +37,7 @@ TestAuthority::TestAuthority(const std::string& file)
         CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING, bytes.data(), static_cast<DWORD>(bytes.size()),
                                          CERT_STORE_ADD_REPLACE_EXISTING, &added) != FALSE;
     kept_ = added;
+    isTrusted_ = isTrusted_ && CertControlStore(store, 0, CERT_STORE_CTRL_COMMIT, nullptr);  // for others to see it
     CertCloseStore(store, 0);
 }
 
