@@ -160,7 +160,8 @@ public:
     using ExchangeListener = std::function<bool(const Exchange& exchange)>;
     void onExchange(ExchangeListener listener);
 
-    /// What the process's log takes: 0 nothing, 1 errors, 2 warnings too, 3 information too, 4 everything, as at first.
+    /// What the process's log takes from now on, whichever client writes: 0 or less nothing, 1 errors, 2 warnings too,
+    /// 3 information too, 4 or more everything, as at first. Requests and replies are of level 4.
     static void setLog(int maximumLevel);
 
     /// The version of the binary, such as "1.0.0"; PVWAPI_VERSION is that of the header.
