@@ -149,8 +149,10 @@ public:
     /// as NETWORK_DEADLINE. 0, the default, is no such limit.
     void setDeadline(unsigned int milliseconds);
 
-    /// Told after each refresh by the timer, on the loop's thread, with its result: after a 0 GetLstMsg says why. It
-    /// may sign in again. It must not throw; a copy of the client has it too.
+    /// Told after each refresh by the timer, on the loop's thread, with its result: after a 0 GetLstMsg says why. The
+    /// call is over and the timer runs again by then, so that it may do anything: sign in again, replace or clear
+    /// itself, even destroy the client. In a message loop of its own it may be told again. It must not throw; on Windows
+    /// that ends the process. A copy of the client has it too, and is told once the ticks go there.
     using RefreshListener = std::function<void(int result)>;
     void onRefresh(RefreshListener listener);
 
