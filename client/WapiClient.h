@@ -1,6 +1,8 @@
 // The client of the workspace service's XML web API.
 #pragma once
 
+#include "pvutil/Platform.h"  // first: it says whether a compiler can use what follows
+
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -9,7 +11,6 @@
 #include <string_view>
 #include <vector>
 
-#include "pvutil/Platform.h"
 #include "pvutil/StringEx.h"
 #include "pvutil/TimerWindow.h"
 #include "records/Access.h"

@@ -1,4 +1,5 @@
-# Installs the library, moves the package elsewhere, and builds and runs the host against it.
+# Installs the library, moves the package elsewhere, and builds and runs the host against it. Then looks at what the
+# package says to projects that cannot use it.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -22,3 +23,5 @@ run(${CMAKE_COMMAND} --build ${work}/build)
 
 set(ENV{XDG_DATA_HOME} ${work}/data)
 run(${CMAKE_CTEST_COMMAND} --test-dir ${work}/build --output-on-failure --no-tests=error)
+
+include(${CMAKE_CURRENT_LIST_DIR}/refuse.cmake)
