@@ -1,5 +1,5 @@
 # Installs the library, moves the package elsewhere, and builds and runs the host against it. Then looks at what the
-# package says to projects that cannot use it.
+# package says to projects that cannot use it, and at the licences in it.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -25,3 +25,4 @@ set(ENV{XDG_DATA_HOME} ${work}/data)
 run(${CMAKE_CTEST_COMMAND} --test-dir ${work}/build --output-on-failure --no-tests=error)
 
 include(${CMAKE_CURRENT_LIST_DIR}/refuse.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/licences.cmake)
