@@ -60,8 +60,8 @@ class PVWAPI_API CWapiClient {
 public:
     enum METHOD_TYPE : int { METHOD_GET = 0, METHOD_POST = 1 };
 
-    /// One attribute of a workspace. Field 0 is the description, which stands in CDATA; entries with any other field are
-    /// skipped.
+    /// One attribute of a workspace. Field 0 is the description, which stands in CDATA; entries with any other field
+    /// are skipped.
     struct WKSP_Field_Value {
         int field = 0;
         CStringT value;
@@ -162,8 +162,8 @@ public:
 
     /// Told after each refresh by the timer, on the loop's thread, with its result: after a 0 GetLstMsg says why. The
     /// call is over and the timer runs again by then, so that it may do anything: sign in again, replace or clear
-    /// itself, even destroy the client. In a message loop of its own it may be told again. It must not throw; on Windows
-    /// that ends the process. A copy of the client has it too, and is told once the ticks go there.
+    /// itself, even destroy the client. In a message loop of its own it may be told again. It must not throw; on
+    /// Windows that ends the process. A copy of the client has it too, and is told once the ticks go there.
     using RefreshListener = std::function<void(int result)>;
     void onRefresh(RefreshListener listener);
 
@@ -216,8 +216,8 @@ public:
     /// Sends `command` to `url` with the header lines of `headers`: as a form by METHOD_POST, joined to the URL
     /// behind "?" otherwise; where `withCred` is not 0 the credential follows it and the reply's result decides,
     /// else the result is 0. `reply` receives whatever came back, and nothing without a connection. A command that
-    /// contains "cmd=login" is not sent. The last message and the timer are left alone. Raw: command, address and header
-    /// lines; where the command is joined to the URL, a "#" in it is encoded and that of the URL is cut off.
+    /// contains "cmd=login" is not sent. The last message and the timer are left alone. Raw: command, address and
+    /// header lines; where the command is joined to the URL, a "#" in it is encoded and that of the URL is cut off.
     int WapiProxyCall(const CStringT& cred, const CStringT& command, METHOD_TYPE method, const CStringT& url,
                       const CStringT& headers, int withCred, CStringT& reply);
 

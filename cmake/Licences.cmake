@@ -1,5 +1,5 @@
-# The licence texts that travel with the package: THIRD-PARTY.md says of each whose code it is. Nothing is shipped without
-# them, so a text that is missing stops the configuration.
+# The licence texts that travel with the package: THIRD-PARTY.md says of each whose code it is. Nothing is shipped
+# without them, so a text that is missing stops the configuration.
 set(PVWAPI_COPYRIGHTS /usr/share/doc CACHE PATH "Folder of the copyright files of Debian's packages")
 
 function(pv_ship_licence name text)

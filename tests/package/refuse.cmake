@@ -2,8 +2,8 @@
 
 # The settings are those that a project's compiler would bring along.
 function(look_for result settings)
-    file(WRITE ${work}/refuse/look.cmake "cmake_minimum_required(VERSION 3.25)\nset(CMAKE_PREFIX_PATH ${work}/package)\n"
-        "set(CMAKE_SYSTEM_NAME ${system})\n"
+    file(WRITE ${work}/refuse/look.cmake "cmake_minimum_required(VERSION 3.25)\n"
+        "set(CMAKE_PREFIX_PATH ${work}/package)\nset(CMAKE_SYSTEM_NAME ${system})\n"
         "set(CMAKE_SIZEOF_VOID_P ${pointer})\nset(CMAKE_CXX_COMPILER_ID GNU)\n${settings}\n"
         "find_package(pvWapi CONFIG ${ARGN})\nmessage(\"found=\${pvWapi_FOUND} why=\${pvWapi_NOT_FOUND_MESSAGE}.\")\n")
     execute_process(COMMAND ${CMAKE_COMMAND} -P ${work}/refuse/look.cmake

@@ -138,7 +138,7 @@ TEST_F(LogFileTest, AppendsWhereTheEarlierOneCannotBe)
     EXPECT_TRUE(fs::exists(earlier() / "in it"));
 }
 
-// A round: some find the same free file at the same time. One of them renames it, and nobody writes to what was renamed.
+// Some find the same free file at the same time. One of them renames it, and nobody writes to what was renamed.
 TEST_F(LogFileTest, LosesNothingWhereManyBeginAtOnce)
 {
     constexpr std::size_t kWriters = 6;
