@@ -112,5 +112,9 @@ void CWapiClient::OnTimer(unsigned int)
     trace(TraceLevel::debug, "Refresh root cred timer.");
     const int result = getSessionInfo(rootCred);
     rearmTimer();
-    if (refreshListener) refreshListener(result);
+    // The listener may replace itself and may destroy the client: a copy of it is called, and nothing comes after it.
+    contained([this, result] {
+        if (const RefreshListener listener = refreshListener) listener(result);
+        return 1;
+    });
 }

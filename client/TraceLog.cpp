@@ -63,15 +63,15 @@ void TraceLog::openInDataFolder() noexcept
             path = *data + stringex::FromUtf8("Pravik") + separator + stringex::FromUtf8("Log") + separator;
             createFolders(path);
         }
-        open(path + stringex::FromUtf8("pvwapi.txt"));
+        open(path + stringex::FromUtf8("pvwapi.txt"), path + stringex::FromUtf8("pvwapi.1.txt"));
     } catch (...) {  // no memory for a path: no log
     }
 }
 
-void TraceLog::open(const CStringT& path) noexcept
+void TraceLog::open(const CStringT& path, const CStringT& earlier) noexcept
 {
     const std::lock_guard guard(theLock());
-    file_.open(path);
+    file_.open(path, earlier);
 }
 
 void TraceLog::close() noexcept
@@ -95,8 +95,8 @@ void TraceLog::writeUtf8(int level, std::string_view text) noexcept
     try {
         const std::string_view prefix = prefixOf(level);
         std::string line = headOf();
-        line.reserve(line.size() + prefix.size() + 1 + text.size() + LogFile::kEndOfLine.size());
-        line.append(prefix).append(" ").append(text).append(LogFile::kEndOfLine);
+        line.reserve(line.size() + prefix.size() + 1 + text.size() + kLogEndOfLine.size());
+        line.append(prefix).append(" ").append(text).append(kLogEndOfLine);
 
         const std::lock_guard guard(theLock());
         if (file_.isOpen()) file_.write(line);

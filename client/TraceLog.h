@@ -16,12 +16,13 @@ enum class LogLevel : int { error = 1, warning = 2, info = 3, debug = 4 };
 /// what cannot be written is lost.
 class TraceLog {
 public:
-    /// Opens "pvwapi.txt" under Pravik/Log of the application-data folder, emptied; in the current directory where
-    /// there is no such folder.
+    /// Opens "pvwapi.txt" under Pravik/Log of the application-data folder; in the current directory where there is no
+    /// such folder. The log of an earlier run becomes "pvwapi.1.txt".
     void openInDataFolder() noexcept;
 
-    /// Closes what is open and opens `path` instead.
-    void open(const CStringT& path) noexcept;
+    /// Closes what is open and opens `path` instead. What stands there becomes `earlier`, unless another process is
+    /// writing it.
+    void open(const CStringT& path, const CStringT& earlier) noexcept;
     void close() noexcept;
 
     /// Lines above the maximum are dropped, and all of them while it is switched off.

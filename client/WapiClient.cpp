@@ -1,6 +1,7 @@
 // The client's life: endpoints, copies, destruction, and what it holds.
 #include "client/WapiClient.h"
 
+#include <algorithm>
 #include <typeinfo>
 
 #include "client/ClientLogin.h"
@@ -235,7 +236,9 @@ void CWapiClient::setDeadline(unsigned int milliseconds)
 
 void CWapiClient::setLog(int maximumLevel)
 {
-    traceLog().setMaximum(maximumLevel);
+    constexpr int kEverything = static_cast<int>(LogLevel::debug);
+    traceLog().switchOn(maximumLevel > 0);
+    traceLog().setMaximum(std::min(maximumLevel, kEverything));
 }
 
 const char* CWapiClient::version()

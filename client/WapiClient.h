@@ -1,6 +1,8 @@
 // The client of the workspace service's XML web API.
 #pragma once
 
+#include "pvutil/Platform.h"  // first: it says whether a compiler can use what follows
+
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -9,7 +11,6 @@
 #include <string_view>
 #include <vector>
 
-#include "pvutil/Platform.h"
 #include "pvutil/StringEx.h"
 #include "pvutil/TimerWindow.h"
 #include "records/Access.h"
@@ -44,20 +45,30 @@ class CZelHttpClient;
 /// Copies share the timer window and the sign-in handler with the original and hold everything else for themselves;
 /// they may die in any order, and the ticks go to the oldest that is left.
 ///
+/// Texts go out as UTF-8, percent-encoded, so that the service receives any text whole, unless an operation names
+/// one of these:
+///   in XML    The text is part of the request's XML as it stands, percent-encoded with it: XmlText of
+///             pvutil/StringEx.h makes any text safe there.
+///   in CDATA  The same, but in a CDATA section, where nothing but "]]>" has a meaning: it ends the section early.
+///             XmlText would be seen in what the service keeps.
+///   raw       The text is part of the form or of the address as it stands: it comes percent-encoded from the host, or
+///             has nothing in it that needs it.
+///
 /// A host is built with the library's own compiler and runtime: on Windows 32-bit MinGW-w64 GCC with POSIX threads,
 /// on Linux GCC's libstdc++. Text is UTF-16 on both.
 class PVWAPI_API CWapiClient {
 public:
     enum METHOD_TYPE : int { METHOD_GET = 0, METHOD_POST = 1 };
 
-    /// One attribute of a workspace. Field 0 is the description; entries with any other field are skipped.
+    /// One attribute of a workspace. Field 0 is the description, which stands in CDATA; entries with any other field
+    /// are skipped.
     struct WKSP_Field_Value {
         int field = 0;
         CStringT value;
     };
 
     /// One extension field of a user: 0 the host name, 1 the web-site URL, 2 the client's build, 3 its version; any
-    /// other is skipped. The value goes into the request as it stands.
+    /// other is skipped. The value stands in XML.
     struct USER_Field_Value {
         int type = 0;
         CStringT value;
@@ -149,8 +160,10 @@ public:
     /// as NETWORK_DEADLINE. 0, the default, is no such limit.
     void setDeadline(unsigned int milliseconds);
 
-    /// Told after each refresh by the timer, on the loop's thread, with its result: after a 0 GetLstMsg says why. It
-    /// may sign in again. It must not throw; a copy of the client has it too.
+    /// Told after each refresh by the timer, on the loop's thread, with its result: after a 0 GetLstMsg says why. The
+    /// call is over and the timer runs again by then, so that it may do anything: sign in again, replace or clear
+    /// itself, even destroy the client. In a message loop of its own it may be told again. It must not throw; on
+    /// Windows that ends the process. A copy of the client has it too, and is told once the ticks go there.
     using RefreshListener = std::function<void(int result)>;
     void onRefresh(RefreshListener listener);
 
@@ -160,7 +173,8 @@ public:
     using ExchangeListener = std::function<bool(const Exchange& exchange)>;
     void onExchange(ExchangeListener listener);
 
-    /// What the process's log takes: 0 nothing, 1 errors, 2 warnings too, 3 information too, 4 everything, as at first.
+    /// What the process's log takes from now on, whichever client writes: 0 or less nothing, 1 errors, 2 warnings too,
+    /// 3 information too, 4 or more everything, as at first. Requests and replies are of level 4.
     static void setLog(int maximumLevel);
 
     /// The version of the binary, such as "1.0.0"; PVWAPI_VERSION is that of the header.
@@ -195,58 +209,62 @@ public:
 
     // ---- Commands of the caller's own making ---------------------------------------------------------------------
 
-    /// Sends `command` as it stands with the credential behind it. 1 where the reply's result is SUCCESS.
+    /// Sends `command`, raw, with the credential behind it. 1 where the reply's result is SUCCESS.
     /// The timer is not re-armed.
     int callWapi(const CStringT& cred, const CStringT& command);
 
     /// Sends `command` to `url` with the header lines of `headers`: as a form by METHOD_POST, joined to the URL
     /// behind "?" otherwise; where `withCred` is not 0 the credential follows it and the reply's result decides,
     /// else the result is 0. `reply` receives whatever came back, and nothing without a connection. A command that
-    /// contains "cmd=login" is not sent. The last message and the timer are left alone.
+    /// contains "cmd=login" is not sent. The last message and the timer are left alone. Raw: command, address and
+    /// header lines; where the command is joined to the URL, a "#" in it is encoded and that of the URL is cut off.
     int WapiProxyCall(const CStringT& cred, const CStringT& command, METHOD_TYPE method, const CStringT& url,
                       const CStringT& headers, int withCred, CStringT& reply);
 
     // ---- Workspaces ----------------------------------------------------------------------------------------------
 
-    /// Sends cmd=execute, task=AddTabs: a new workspace with its first tabs; a discussion room too where `type` is
-    /// 0. `workspaceID` receives its ID. An empty name is refused without a request, with a last message. Re-arms
-    /// the timer.
+    /// Sends cmd=execute, task=AddTabs: a new workspace with its first tabs; a discussion room too where `type` is 0.
+    /// `workspaceID` receives its ID. An empty name is refused without a request, with a last message. Re-arms the
+    /// timer. In XML: the name.
     int createSpace(const CStringT& cred, const CStringT& name, std::vector<WKSP_Field_Value>& fields,
                     CStringT& workspaceID, int type, int favourite);
 
-    /// Sends cmd=execute, task=CloneWorkspace: a new workspace, or a template, with the tabs of another one. The
-    /// low four bits of `typeAndFlags` are the type, bit 4 makes a template; a discussion room is made where the
-    /// whole is 0. `workspaceID` receives its ID. An empty name is refused without a request or a message. Re-arms
-    /// the timer.
+    /// Sends cmd=execute, task=CloneWorkspace: a new workspace, or a template, with the tabs of another one. The low
+    /// four bits of `typeAndFlags` are the type, bit 4 makes a template; a discussion room is made where the whole is
+    /// 0. `workspaceID` receives its ID. An empty name is refused without a request or a message. Re-arms the timer. In
+    /// XML: the name; raw, and in XML: the ID of the source.
     int cloneWksp(const CStringT& cred, const CStringT& name, CStringT sourceWorkspaceID, int typeAndFlags,
                   std::vector<WKSP_Field_Value>& fields, CStringT& workspaceID, int favourite);
 
     /// Sends cmd=set, type=workspace: the description, and the name where `changeName` is not 0. Refused without a
-    /// request: an empty ID, and no name to change with no fields at all. Re-arms the timer.
+    /// request: an empty ID, and no name to change with no fields at all. Re-arms the timer. In XML: the name.
     int editExtWksp(const CStringT& cred, const CStringT& workspaceID, const CStringT& name, int changeName,
                     std::vector<WKSP_Field_Value>& fields);
 
-    /// Sends cmd=execute, task=DeleteWorkspace. An empty ID is refused without a request. Re-arms the timer.
+    /// Sends cmd=execute, task=DeleteWorkspace. An empty ID is refused without a request. Re-arms the timer. In XML:
+    /// the ID.
     int deleteWksp(const CStringT& cred, const CStringT& workspaceID);
 
-    /// Sends cmd=execute, task=LeaveSpace: the user leaves the workspace. An empty credential or ID is refused
-    /// without a request. Re-arms the timer.
+    /// Sends cmd=execute, task=LeaveSpace: the user leaves the workspace. An empty credential or ID is refused without
+    /// a request. Re-arms the timer. In XML: the ID.
     int leaveWorkspace(const CStringT& cred, const CStringT& workspaceID);
 
     /// Sends cmd=execute, task=CreateWorkspaceUsingApp: a new workspace made from an application, or blank where
-    /// `appName` is exactly "Blank". `workspaceID` receives its ID. Nothing is refused. Re-arms the timer.
+    /// `appName` is exactly "Blank". `workspaceID` receives its ID. Nothing is refused. Re-arms the timer. In XML: both
+    /// names; in CDATA: the description.
     int createSpaceUsingApp(const CStringT& cred, const CStringT& name, const CStringT& appName, CStringT& workspaceID,
                             const CStringT& description, int favourite, int type);
 
     /// Sends cmd=execute, task=SaveWorkspaceAsApp: the workspace becomes an application of the library `groupID`.
-    /// `widgetID` receives the application's ID. Nothing is refused. Re-arms the timer.
+    /// `widgetID` receives the application's ID. Nothing is refused. Re-arms the timer. In XML: both IDs and the name;
+    /// in CDATA: the description.
     int saveWorkspaceAsApp(const CStringT& cred, const CStringT& workspaceID, const CStringT& appName,
                            const CStringT& groupID, CStringT& widgetID, const CStringT& description);
 
     // ---- Tabs ----------------------------------------------------------------------------------------------------
 
     /// Sends cmd=execute, task=AddTabs: a new plain tab; `tabID` receives its ID. An empty workspace ID or name is
-    /// refused without a request. The timer is not re-armed.
+    /// refused without a request. The timer is not re-armed. In XML: the workspace's ID; in CDATA: the name.
     int createTab(const CStringT& cred, const CStringT& workspaceID, const CStringT& tabName, int tabOrder,
                   CStringT& tabID);
 
@@ -254,27 +272,28 @@ public:
     int getTabs(const CStringT& cred, const CStringT& workspaceID, std::vector<CZelTab>& tabs);
 
     /// Sends cmd=delete, type=tab. An empty ID, and the fixed tabs "commTab" and "docTab", are refused without a
-    /// request. The timer is not re-armed.
+    /// request. The timer is not re-armed. The workspace's ID is not sent.
     int deleteTab(const CStringT& cred, const CStringT& workspaceID, const CStringT& tabID);
 
     /// Sends cmd=set, type=tab: the tab of that ID takes the name of `tab`. An empty tab or workspace ID is refused
-    /// without a request. The timer is not re-armed.
+    /// without a request. The timer is not re-armed. In CDATA: the name. The workspace's ID is not sent.
     int editTab(const CStringT& cred, const CStringT& workspaceID, CZelTab& tab);
 
-    /// Sends cmd=set, type=wksp: each tab takes its place. An empty list is refused without a request. The timer is
-    /// not re-armed.
+    /// Sends cmd=set, type=wksp: each tab takes its place. An empty list is refused without a request. The timer is not
+    /// re-armed. In XML: the IDs of the tabs.
     int editTabOrder(const CStringT& cred, const CStringT& workspaceID, std::vector<CZelTab>& tabs);
 
     // ---- Icons ---------------------------------------------------------------------------------------------------
 
-    /// Posts the picture to the upload endpoint, task=ManageSpaceIcon; `url` receives the address it is kept under.
-    /// A picture that cannot be read or is larger than 64 MiB is refused without a request, with a last message.
-    /// Re-arms the timer.
+    /// Posts the picture to the upload endpoint, task=ManageSpaceIcon; `url` receives the address it is kept under. A
+    /// picture that cannot be read or is larger than 64 MiB is refused without a request, with a last message. Re-arms
+    /// the timer. Credential, path and ID go into a multipart form, where nothing is encoded; the ID stands in XML, and
+    /// a quotation mark in the path would end the file's name.
     int SetSpaceIcon(const CStringT& cred, const CStringT& workspaceID, const CStringT& filePath, CStringT& url);
 
     /// Fetches the picture into a file of the temporary folder, named after the last component of its address;
-    /// `localPath` receives the file's path. Any status but 200, and a file that cannot be written, is a failure.
-    /// The timer is not re-armed.
+    /// `localPath` receives the file's path. Any status but 200, and a file that cannot be written, is a failure. The
+    /// timer is not re-armed. Raw: the address and the credential, which is put behind "?cred=".
     int GetSpaceIcon(const CStringT& cred, const CStringT& iconURL, CStringT& localPath);
 
     /// Told of the bytes done and the whole (0 while unknown) as a picture goes up or comes down. False ends the
@@ -290,9 +309,9 @@ public:
     int GetWkspList(const CStringT& cred, const CStringT& extra1, const CStringT& extra2,
                     std::vector<SpaceForList>& spaces, std::vector<CZelSpaceInvite>& invitations);
 
-    /// Sends cmd=execute, task=RunScript: one workspace, its invitations and the user's rights on it replace what
-    /// the three outputs hold; the kind stays where the type is none that hosts know. The last text is left as it
-    /// is. Re-arms the timer.
+    /// Sends cmd=execute, task=RunScript: one workspace, its invitations and the user's rights on it replace what the
+    /// three outputs hold; the kind stays where the type is none that hosts know. The last text is left as it is.
+    /// Re-arms the timer. In XML: the ID.
     int getSpaceBatch(const CStringT& cred, const CStringT& workspaceID, space_t& space,
                       std::vector<CZelSpaceInvite>& invitations, SPACE_ACCESS& access, CStringT& out);
 
@@ -301,26 +320,26 @@ public:
 
     // ---- Rights --------------------------------------------------------------------------------------------------
 
-    /// Sends cmd=execute, task=ProbeAccess for a workspace: bits 0x01 and 0x02 of `tests` ask for changing and
-    /// deleting it, 0x20 for joining. `access` is replaced whole, with the texts as received. Re-arms the timer.
+    /// Sends cmd=execute, task=ProbeAccess for a workspace: bits 0x01 and 0x02 of `tests` ask for changing and deleting
+    /// it, 0x20 for joining. `access` is replaced whole, with the texts as received. Re-arms the timer. In XML: the ID.
     int probeSpaceAccess(const CStringT& cred, const CStringT& workspaceID, SPACE_ACCESS& access, unsigned long tests);
 
     /// The same for the rights of no workspace: inviting in bulk, making discussion rooms and documents. The timer
     /// is not re-armed.
     int probeSpaceAccess2(const CStringT& cred, SPACE_ACCESS& access);
 
-    /// The same for a document. Re-arms the timer.
+    /// The same for a document. Re-arms the timer. In XML: the ID.
     int probeDocAccess(const CStringT& cred, const CStringT& docID, DOC_ACCESS& access);
 
-    /// The same for a discussion room. The timer is not re-armed.
+    /// The same for a discussion room. The timer is not re-armed. In XML: the ID.
     int probeChatRoomAccess(const CStringT& cred, const CStringT& roomID, ROOM_ACCESS& access);
 
     /// Sends cmd=execute, task=ProbeAccess: may the user get and set each workspace? `roles` is replaced by the
-    /// answers, one for each question. Re-arms the timer.
+    /// answers, one for each question. Re-arms the timer. In XML: the IDs.
     int getRole(const CStringT& cred, std::vector<CStringT> workspaceIDs, std::vector<RoleItem>& roles);
 
     /// Sends cmd=execute, task=RunScript: the same for every workspace that the user shares with another. The third
-    /// text is not used. Re-arms the timer.
+    /// text is not used. Re-arms the timer. In XML: the other user's ID.
     int ProbeAccessAllSpace(const CStringT& cred, const CStringT& otherUserID, const CStringT& extra,
                             std::vector<RoleItem>& roles);
 
@@ -329,37 +348,39 @@ public:
     /// Sends cmd=get, type=workspace for the members; they replace those in `members`. Re-arms the timer.
     int getMembers(const CStringT& cred, const CStringT& workspaceID, std::vector<CZelMember>& members);
 
-    /// Sends cmd=remove, type=workspace for one member. Re-arms the timer.
+    /// Sends cmd=remove, type=workspace for one member. Re-arms the timer. The member's ID stands between apostrophes
+    /// in a path, where an apostrophe would end it.
     int removeSpaceMember(const CStringT& cred, const CStringT& workspaceID, const CStringT& memberID);
 
-    /// Sends cmd=execute, task=ChangeRole: administrator for WAPI_INVITEAS_ADMIN, member for anything else. The
-    /// timer is not re-armed.
+    /// Sends cmd=execute, task=ChangeRole: administrator for WAPI_INVITEAS_ADMIN, member for anything else. The timer
+    /// is not re-armed. In XML: both IDs.
     int changeMemberRole(const CStringT& cred, const CStringT& workspaceID, const CStringT& memberID,
                          WAPI_INVITEAS_TYPE role);
 
     /// Sends cmd=execute, task=BulkSpaceInvite. The message goes along with each invitation of method "EMAIL". Each
-    /// result is written into the first invitation of its workspace and invitee that has none yet; a result without
-    /// a status leaves that of the invitation. The timer is not re-armed.
+    /// result is written into the first invitation of its workspace and invitee that has none yet; a result without a
+    /// status leaves that of the invitation. The timer is not re-armed. In CDATA: the message and each invitee; in XML:
+    /// the other texts of the invitations.
     int inviteMembers(const CStringT& cred, std::vector<SPACEINVT>& invitations, CStringT message);
 
-    /// Sends cmd=delete, type=spaceInvite: withdraws the invitation of one invitee to one workspace. Re-arms the
-    /// timer.
+    /// Sends cmd=delete, type=spaceInvite: withdraws the invitation of one invitee to one workspace. Re-arms the timer.
+    /// In XML: the ID; in CDATA: the invitee.
     int delInvt(const CStringT& cred, const CStringT& workspaceID, const CStringT& userDescriptor);
 
-    /// Sends cmd=execute, task=JoinSpace: takes the invitation where `accept` is not 0, refuses it otherwise.
-    /// Re-arms the timer.
+    /// Sends cmd=execute, task=JoinSpace: takes the invitation where `accept` is not 0, refuses it otherwise. Re-arms
+    /// the timer. In XML: the ID.
     int responseInvitation(const CStringT& cred, const CStringT& workspaceID, int accept);
 
     // ---- Favourites ----------------------------------------------------------------------------------------------
 
     /// Sends cmd=execute, task=RunScript: the workspaces that are favourites under that name, with their members,
-    /// replace those in `spaces`. One whose workspace is gone is left out. Re-arms the timer.
+    /// replace those in `spaces`. One whose workspace is gone is left out. Re-arms the timer. In XML: the name.
     int GetFavoriteSpaceList(const CStringT& cred, const CStringT& thingName, std::vector<space_t>& spaces);
 
-    /// Sends cmd=create, type=wtng. The credential goes out as it stands. Re-arms the timer.
+    /// Sends cmd=create, type=wtng. Re-arms the timer. Raw: the credential; in XML: the name and the ID.
     int createFavoriteSpace(const CStringT& cred, const CStringT& thingName, const CStringT& workspaceID);
 
-    /// Sends cmd=delete, type=wtng. The credential goes out as it stands. Re-arms the timer.
+    /// Sends cmd=delete, type=wtng. Re-arms the timer. Raw: the credential; in XML: the name and the ID.
     int deleteFavoriteSpace(const CStringT& cred, const CStringT& thingName, const CStringT& workspaceID);
 
     // ---- The user and other users --------------------------------------------------------------------------------
@@ -368,16 +389,16 @@ public:
     /// Re-arms the timer.
     int getUserConfigureInfo(const CStringT& cred, CUserConfigInfo& info);
 
-    /// Sends cmd=execute, task=GetUserProfile for the user IDs in `users`, which is replaced by the profiles that
-    /// come back. Re-arms the timer.
+    /// Sends cmd=execute, task=GetUserProfile for the user IDs in `users`, which is replaced by the profiles that come
+    /// back. Re-arms the timer. In XML: the IDs.
     int getUserProfile(const CStringT& cred, std::vector<USER_PROFILE>& users);
 
     /// Sends cmd=set, type=user: the user's extension fields. An empty list is refused without a request. Re-arms
     /// the timer.
     int editExtUser(const CStringT& cred, const CStringT& user, std::vector<USER_Field_Value>& fields);
 
-    /// Sends cmd=execute, task=CreateRDQAVAccounts: makes the user's audio/video account, which
-    /// getUserConfigureInfo then reads. Re-arms the timer.
+    /// Sends cmd=execute, task=CreateRDQAVAccounts: makes the user's audio/video account, which getUserConfigureInfo
+    /// then reads. Re-arms the timer. In XML: the ID.
     int createRDQAVAccount(const CStringT& cred, const CStringT& user);
 
     // ---- The organisation ----------------------------------------------------------------------------------------
@@ -401,7 +422,7 @@ public:
     int getLibraries(const CStringT& cred, int withTemplates, int withWidgets, int readOnly,
                      std::vector<library_t>& libraries);
 
-    /// Sends cmd=add, type=grp: one template more in a library. Re-arms the timer.
+    /// Sends cmd=add, type=grp: one template more in a library. Re-arms the timer. In XML: the template's ID.
     int addTemplateToLibrary(const CStringT& cred, const CStringT& groupID, const CStringT& templateID);
 
     /// Sends cmd=execute, task=GetUserLibrariesWithApps: the libraries with their applications replace those in
@@ -411,21 +432,22 @@ public:
 
     // ---- Counters, events and meetings ---------------------------------------------------------------------------
 
-    /// Sends cmd=execute, task=GetWorkspaceNotificationCount for the workspaces in `items`, which is replaced by
-    /// the counts that come back. The credential goes out as it stands. Re-arms the timer.
+    /// Sends cmd=execute, task=GetWorkspaceNotificationCount for the workspaces in `items`, which is replaced by the
+    /// counts that come back. Re-arms the timer. Raw: the credential; in XML: the IDs.
     int getSpaceNotify(const CStringT& cred, std::vector<SPACE_COUNT_ITEM>& items);
 
     /// The same task with the unread messages and active members of each workspace: the activity values come back.
-    /// Re-arms the timer.
+    /// Re-arms the timer. Raw: the credential; in XML: the IDs.
     int getSpaceActivity(const CStringT& cred, std::vector<SPACE_COUNT_ITEM>& items);
 
     /// Sends cmd=execute, task=SendNotificationEvent. A value that is no event is refused without a request, with a
-    /// last message. Re-arms the timer.
+    /// last message. Re-arms the timer. In XML: the ID, the tag and the sender; in CDATA: the workspace's name and the
+    /// message.
     int sendNotificationEvent(const CStringT& cred, EVENT_NAME event, const CStringT& workspaceID,
                               const CStringT& workspaceName, const CStringT& message, const CStringT& specificTag,
                               const CStringT& senderUserName);
 
-    /// Sends cmd=create, type=thng: the record of a meeting. Re-arms the timer.
+    /// Sends cmd=create, type=thng: the record of a meeting. Re-arms the timer. In XML: all five texts.
     int writeMeetingRecord(const CStringT& cred, const CStringT& workspaceID, const CStringT& siteName,
                            const CStringT& meetingID, const CStringT& hostID, const CStringT& sessionName);
 

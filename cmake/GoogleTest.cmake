@@ -11,8 +11,8 @@ endfunction()
 
 # pv_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>])
 # One entry of ctest a program, not one a case: a start under Wine costs more than most cases.
-# Whoever loads the library begins its log anew, so each program has a data folder of its own; on Windows, where the
-# user has just one, the programs take turns.
+# Whoever loads the library has its log open, so each program has a data folder of its own; on Windows, where the user
+# has just one, the programs take turns.
 function(pv_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})

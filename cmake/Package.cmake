@@ -39,7 +39,9 @@ install(EXPORT pvWapiTargets NAMESPACE pvWapi:: DESTINATION ${packageFolder})
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/pvWapiConfig.cmake.in ${PROJECT_BINARY_DIR}/pvWapiConfig.cmake
     INSTALL_DESTINATION ${packageFolder})
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/pvWapiConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+# The word size is the other file's to judge, which says what it found.
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/pvWapiConfigVersion.cmake COMPATIBILITY SameMajorVersion
+    ARCH_INDEPENDENT)
 install(FILES ${PROJECT_BINARY_DIR}/pvWapiConfig.cmake ${PROJECT_BINARY_DIR}/pvWapiConfigVersion.cmake
     DESTINATION ${packageFolder})
 install(FILES

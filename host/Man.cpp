@@ -4,6 +4,7 @@
 
 #include "host/Guide.h"
 #include "host/Page.h"
+#include "pvutil/Platform.h"
 
 namespace host {
 

@@ -1,10 +1,10 @@
 // The wide string of the library, and its way to and from UTF-8.
 #pragma once
 
+#include "pvutil/Platform.h"  // first: it says whether a compiler can use what follows
+
 #include <string>
 #include <string_view>
-
-#include "pvutil/Platform.h"
 
 namespace kzn::pvutil::stringex {
 

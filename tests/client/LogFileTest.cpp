@@ -90,3 +90,25 @@ TEST_F(LogFileTest, HasNothingOfWhatSendsNothing)
     client.login({}, {}, {}, {}, 0, 0);
     EXPECT_EQ(log.bytesSinceMade(), "");
 }
+
+TEST_F(LogFileTest, TakesLinesUpToTheLevelThatTheHostSets)
+{
+    const LogLines log(logFile());
+    reply(resultReply("SUCCESS"));
+    for (const int level : {3, 2, 1, 0, -1}) {
+        CWapiClient::setLog(level);
+        EXPECT_EQ(client.logout("unseen"_w), 1);
+    }
+    EXPECT_EQ(log.bytesSinceMade(), "");
+
+    for (const int level : {4, 5, 1'000'000}) {
+        CWapiClient::setLog(0);
+        CWapiClient::setLog(level);
+        const LogLines again(logFile());
+        reply(resultReply("SUCCESS"));
+        EXPECT_EQ(client.logout("seen"_w), 1);
+        EXPECT_THAT(again.sinceMade(), ElementsAre("Debug:  cmd=logout&cred=seen", "Debug:  " + resultReply("SUCCESS")))
+            << level;
+    }
+    CWapiClient::setLog(4);
+}

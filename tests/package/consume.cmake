@@ -1,5 +1,6 @@
 # Installs the library, moves the package elsewhere, and builds a project against it: `host` runs its own tests, the
-# examples are run one by one by others, and here only the one that needs nothing but a service.
+# examples are run one by one by others, and here only the one that needs nothing but a service. Beside the host it looks
+# at what the package says to projects that cannot use it, and at the licences in it.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -24,6 +25,8 @@ run(${CMAKE_COMMAND} --build ${work}/build)
 set(ENV{XDG_DATA_HOME} ${work}/data)
 if(NOT program)
     run(${CMAKE_CTEST_COMMAND} --test-dir ${work}/build --output-on-failure --no-tests=error)
+    include(${CMAKE_CURRENT_LIST_DIR}/refuse.cmake)
+    include(${CMAKE_CURRENT_LIST_DIR}/licences.cmake)
     return()
 endif()
 

@@ -1,4 +1,4 @@
-// The conversions between UTF-8 and UTF-16, against texts worked out by hand.
+// The conversions between UTF-8 and UTF-16, against texts worked out by hand, and what makes a text safe in XML.
 #include "pvutil/StringEx.h"
 
 #include <gtest/gtest.h>
@@ -7,12 +7,14 @@
 #include <vector>
 
 #include "tests/pvutil/Units.h"
+#include "tests/pvutil/XmlRecorder.h"
 
 namespace {
 
 using kzn::pvutil::stringex::CharT;
 using kzn::pvutil::stringex::FromUtf8;
 using kzn::pvutil::stringex::ToUtf8;
+using kzn::pvutil::stringex::XmlText;
 
 constexpr unsigned kFffd = 0xFFFD;
 
@@ -242,6 +244,84 @@ TEST(StringEx, ReadsNothingBehindTheEnd)
     const std::string storage = "\xF0\x9F\x98\x80";
     for (std::size_t length = 1; length < storage.size(); ++length)
         EXPECT_EQ(FromUtf8(std::string_view(storage).substr(0, length)), units({kFffd})) << length;
+}
+
+// What a reader of the document finds where the text was put.
+CStringT readBack(const CStringT& safe)
+{
+    XmlRecorder reader({"/a/"});
+    EXPECT_EQ(reader.ParseXML("<a>"_w + safe + "</a>"_w), 1);
+    return reader.text(0);
+}
+
+TEST(XmlText, ReplacesWhatWouldBeMarkup)
+{
+    EXPECT_EQ(XmlText("a & b < c > d"_w), "a &amp; b &lt; c &gt; d"_w);
+    EXPECT_EQ(XmlText("&amp;]]></a><b/>"_w), "&amp;amp;]]&gt;&lt;/a&gt;&lt;b/&gt;"_w);
+    EXPECT_EQ(XmlText("&"_w), "&amp;"_w);
+    EXPECT_EQ(XmlText("\"'`=%+#"_w), "\"'`=%+#"_w);
+}
+
+TEST(XmlText, DropsWhatADocumentCannotCarry)
+{
+    for (unsigned control = 0; control < 0x20; ++control) {
+        const bool stays = control == '\t' || control == '\n' || control == '\r';
+        EXPECT_EQ(XmlText(units({'a', control, 'b'})), stays ? units({'a', control, 'b'}) : "ab"_w) << control;
+    }
+    EXPECT_EQ(XmlText(units({'a', 0xFFFE, 'b', 0xFFFF})), "ab"_w);
+    EXPECT_EQ(XmlText(units({0xD83D})), CStringT());
+    EXPECT_EQ(XmlText(units({'a', 0xDE00, 'b', 0xD83D})), "ab"_w);
+    EXPECT_EQ(XmlText(units({0xD83D, '&', 0xDE00})), "&amp;"_w);
+    EXPECT_EQ(XmlText(units({0xD83D, 0xD83D, 0xDE00, 0xDE00})), units({0xD83D, 0xDE00}));
+}
+
+TEST(XmlText, KeepsEveryOtherCharacter)
+{
+    const CStringT ends = units({0x20, 0x7F, 0x80, 0x9F, 0xA0, 0xD7FF, 0xE000, 0xFFFC, 0xFFFD});
+    EXPECT_EQ(XmlText(ends), ends);
+    const CStringT astral = units({0xD800, 0xDC00, 0xD83D, 0xDE00, 0xDBFF, 0xDFFF});
+    EXPECT_EQ(XmlText(astral), astral);
+}
+
+TEST(XmlText, OfNothingIsNothing)
+{
+    EXPECT_EQ(XmlText({}), CStringT());
+    EXPECT_EQ(readBack(XmlText({})), CStringT());
+}
+
+TEST(XmlText, IsReadBackAsItWas)
+{
+    for (const char* text : {"a & b < c > d", "]]>", "<![CDATA[x]]>", "&#x26;&lt;", "</a>", "<?x?><!--", " \t\n ",
+                             "\"quoted\" 'too'", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD"})
+        EXPECT_EQ(narrow(readBack(XmlText(wide(text)))), text);
+    EXPECT_EQ(narrow(readBack(XmlText("one\r\ntwo\rthree"_w))), "one\ntwo\nthree") << "every reader sees line feeds";
+}
+
+TEST(XmlText, TakesEveryUnitThereIs)
+{
+    CStringT all;
+    CStringT kept;
+    for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
+        all += static_cast<CharT>(unit);
+        const bool control = unit < 0x20 && unit != '\t' && unit != '\n';
+        const bool surrogate = unit >= 0xD800 && unit <= 0xDFFF;
+        if (control || unit > 0xFFFD) continue;
+        // The last high surrogate meets the first low one, and they are a pair.
+        if (!surrogate || unit == 0xDBFF || unit == 0xDC00) kept += static_cast<CharT>(unit);
+    }
+    std::erase(all, CharT{'\r'});
+    EXPECT_TRUE(readBack(XmlText(all)) == kept);
+}
+
+TEST(XmlText, IsMadeOfLongTexts)
+{
+    CStringT text;
+    CStringT safe;
+    for (int times = 0; times < 300'000; ++times) {
+        text += units({'<', 0x1, 0xD83D, 0xDE00, '&', 0xDE00});
+        safe += "&lt;"_w + units({0xD83D, 0xDE00}) + "&amp;"_w;
+    }
+    EXPECT_TRUE(XmlText(text) == safe);
 }
 
 }  // namespace

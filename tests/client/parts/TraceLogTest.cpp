@@ -32,7 +32,7 @@ protected:
     {
         fs::remove_all(folder_);
         fs::create_directories(folder_);
-        log.open(path("one.txt"));
+        open(log, "one.txt");
     }
 
     ~TraceLogTest() override
@@ -40,6 +40,8 @@ protected:
         log.close();
         fs::remove_all(folder_);
     }
+
+    void open(TraceLog& opened, const char* name) const { opened.open(path(name), path("earlier.txt")); }
 
     CStringT path(const char* name) const { return (folder_ / name).string<CharT>(); }
 
@@ -108,7 +110,7 @@ TEST_F(TraceLogTest, DropsAllLinesWhileItIsSwitchedOff)
 TEST_F(TraceLogTest, IsOnUpToLevelFourAtFirst)
 {
     TraceLog fresh;
-    fresh.open(path("fresh.txt"));
+    open(fresh, "fresh.txt");
     for (int level = 1; level <= 5; ++level) fresh.write(level, "x"_w);
     EXPECT_EQ(lines("fresh.txt"), line("Error:  x") + line("Warning:  x") + line("Info:  x") + line("Debug:  x"));
     fresh.close();
@@ -162,11 +164,12 @@ TEST_F(TraceLogTest, IsReadableBeforeItIsClosed)
     EXPECT_EQ(lines(), line("Info:  now"));
 }
 
-TEST_F(TraceLogTest, EmptiesTheFileThatItOpens)
+TEST_F(TraceLogTest, KeepsTheFileThatItFindsAsTheEarlierOne)
 {
     std::ofstream(fs::path(path("two.txt"))) << std::string(10'000, 'o');
-    log.open(path("two.txt"));
+    open(log, "two.txt");
     EXPECT_EQ(bytes("two.txt"), "");
+    EXPECT_EQ(bytes("earlier.txt"), std::string(10'000, 'o'));
     log.write(LogLevel::info, "x"_w);
     EXPECT_EQ(lines("two.txt"), line("Info:  x"));
 }
@@ -174,14 +177,25 @@ TEST_F(TraceLogTest, EmptiesTheFileThatItOpens)
 TEST_F(TraceLogTest, GoesOnInTheFileOpenedLast)
 {
     log.write(LogLevel::info, "first"_w);
-    log.open(path("two.txt"));
+    open(log, "two.txt");
     log.write(LogLevel::info, "second"_w);
     EXPECT_EQ(lines(), line("Info:  first"));
     EXPECT_EQ(lines("two.txt"), line("Info:  second"));
-    log.open(path("one.txt"));
+    open(log, "one.txt");
     log.write(LogLevel::info, "third"_w);
     EXPECT_EQ(lines(), line("Info:  third"));
+    EXPECT_EQ(lines("earlier.txt"), line("Info:  first"));
     EXPECT_EQ(lines("two.txt"), line("Info:  second"));
+}
+
+TEST_F(TraceLogTest, JoinsALogThatAnotherWrites)
+{
+    TraceLog other;
+    open(other, "one.txt");
+    other.write(LogLevel::info, "other"_w);
+    log.write(LogLevel::info, "own"_w);
+    other.close();
+    EXPECT_EQ(lines(), line("Info:  other") + line("Info:  own"));
 }
 
 TEST_F(TraceLogTest, WritesNothingOnceItIsClosed)
@@ -195,10 +209,10 @@ TEST_F(TraceLogTest, WritesNothingOnceItIsClosed)
 
 TEST_F(TraceLogTest, WritesNothingWhereNoFileCanBeOpened)
 {
-    log.open(path("no such folder/one.txt"));
+    open(log, "no such folder/one.txt");
     log.write(LogLevel::info, "lost"_w);
     EXPECT_EQ(bytes(), "");
-    log.open(path("two.txt"));
+    open(log, "two.txt");
     log.write(LogLevel::info, "found"_w);
     EXPECT_EQ(lines("two.txt"), line("Info:  found"));
 }

@@ -3,6 +3,8 @@
 
 #include <poll.h>
 
+#include <stdexcept>
+
 #include "tests/client/ClientFixture.h"
 
 namespace {
@@ -90,4 +92,19 @@ TEST_F(MessageLoopTest, IsQuietAfterTheClientIsGone)
     }
     EXPECT_FALSE(readable(fd, 100ms));
     EXPECT_EQ(DispatchPendingMessages(), 0);
+}
+
+// On Windows nothing may be thrown from a host's code into the library's: each has a runtime of its own.
+TEST_F(MessageLoopTest, GoesOnThoughAListenerThrows)
+{
+    int told = 0;
+    client.onRefresh([&](int) {
+        ++told;
+        throw std::runtime_error("thrown by a listener");
+    });
+    shortenInterval(client, 30ms);
+    arm(client);
+    EXPECT_TRUE(pumpUntil([&] { return told == 2; }));
+    EXPECT_NO_THROW(client.OnTimer(1));
+    EXPECT_EQ(told, 3);
 }

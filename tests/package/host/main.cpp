@@ -4,6 +4,7 @@
 #include <pvutil/MessageLoop.h>
 
 #include <iostream>
+#include <string_view>
 
 using kzn::pvutil::stringex::FromUtf8;
 using kzn::pvutil::stringex::ToUtf8;
@@ -32,6 +33,13 @@ void checkStrings()
     expect(ToUtf8(FromUtf8(letters)) == letters, "text comes back as it went in");
 }
 
+void checkVersion()
+{
+    expect(std::string_view(CWapiClient::version()) == PVWAPI_VERSION, "the binary is of the header's version");
+    expect(std::string_view(PVWAPI_VERSION) == PACKAGE_VERSION, "and so is the package");
+    static_assert(PVWAPI_VERSION_NUMBER >= 10000, "a host can ask for a version as it compiles");
+}
+
 // Nothing listens on port 1 of this machine.
 void checkClient()
 {
@@ -54,6 +62,7 @@ int main()
 {
     PvTraceSetSink(&countLine);
     checkStrings();
+    checkVersion();
     checkClient();
     expect(kzn::pvutil::DispatchPendingMessages() >= 0, "the message loop can be asked");
     PvTraceSetSink(nullptr);
