@@ -1,6 +1,6 @@
 # Installs the library, moves the package elsewhere, and builds a project against it: `host` runs its own tests, the
-# examples are run one by one by others, and here only the one that needs nothing but a service. Beside the host it looks
-# at what the package says to projects that cannot use it, and at the licences in it.
+# examples are run one by one by others, and here only the one that needs nothing but a service. Beside the host it
+# looks at what the package says to projects that cannot use it, and at the licences in it.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)

@@ -43,6 +43,7 @@ function(expect_version text number pattern)
         "project(x VERSION \${PVWAPI_HEADER_VERSION} LANGUAGES NONE)\nmessage(STATUS \"is \${PROJECT_VERSION}\")\n")
     file(REMOVE_RECURSE ${work}/build)
     execute_process(COMMAND ${CMAKE_COMMAND} -S ${work} -B ${work}/build OUTPUT_VARIABLE said ERROR_VARIABLE said)
+    string(REGEX REPLACE "[ \n]+" " " said "${said}")  # lines break where a path happens to end
     if(NOT said MATCHES "${pattern}")
         message(SEND_ERROR "version ${text}, number ${number}: no ${pattern} in\n${said}")
     endif()
