@@ -16,6 +16,7 @@ using Json = nlohmann::ordered_json;
 constexpr std::size_t kNumberColumns = 5;
 constexpr std::size_t kOperationColumns = 24;
 constexpr std::size_t kLongestOperation = 60;
+constexpr std::size_t kResultColumns = 9;
 constexpr std::size_t kBytesColumns = 9;
 constexpr std::string_view kFieldIndent = "        ";
 constexpr std::string_view kXmlIndent = "            ";
@@ -50,15 +51,20 @@ std::string bytesOf(const std::optional<Entry>& entry)
     return rightAligned(entry ? std::to_string(entry->bytes) : "-", kBytesColumns);
 }
 
-std::string resultOf(const Call& call, const Shown& shown)
+std::string leftAligned(std::string text, std::size_t columns)
 {
-    std::string result(nameOf(call.outcome.kind));
-    if (call.outcome.kind == Outcome::Kind::failure) {
-        const std::string& identifier = call.outcome.exceptionID;
-        if (!call.outcome.reason.empty()) result.append(": ").append(shown.text(call.outcome.reason));
-        if (!identifier.empty()) result.append(" (").append(shown.text(identifier)).append(")");
-    }
-    return harmless(result);
+    return text.append(columns - std::min(columns, text.size()), ' ');
+}
+
+/// Why a call has failed, behind a gap; nothing where that is not known.
+std::string reasonOf(const Call& call, const Shown& shown)
+{
+    if (call.outcome.kind != Outcome::Kind::failure) return {};
+    std::string reason;
+    if (!call.outcome.reason.empty()) reason.append("  ").append(shown.text(call.outcome.reason));
+    if (!call.outcome.exceptionID.empty())
+        reason.append("  (").append(shown.text(call.outcome.exceptionID)).append(")");
+    return harmless(reason);
 }
 
 /// Each line of the text behind the margin.
@@ -155,9 +161,10 @@ std::string lineOf(const Call& call, Secrets secrets, Process process)
     const Shown shown(call, secrets);
     std::string line = rightAligned(std::to_string(call.number), kNumberColumns) + "  " + call.time + "  ";
     if (process == Process::shown) line += "pid " + call.pid + "  ";
-    std::string operation = shown.operation();
-    operation.append(kOperationColumns - std::min(kOperationColumns, operation.size()), ' ');
-    return line + operation + bytesOf(call.request) + " out" + bytesOf(call.reply) + " in  " + resultOf(call, shown);
+    // What matters comes first: a terminal may have no room for the rest.
+    line += leftAligned(shown.operation(), kOperationColumns) + "  ";
+    line += leftAligned(std::string(nameOf(call.outcome.kind)), kResultColumns);
+    return line + bytesOf(call.request) + " out" + bytesOf(call.reply) + " in" + reasonOf(call, shown);
 }
 
 void writeDetails(const Call& call, Secrets secrets, const Write& write)

@@ -40,9 +40,9 @@ TEST_F(LogProgramTest, CallIsALine)
     EXPECT_EQ(ended.err, "");
     const auto lines = linesOf(ended.out);
     ASSERT_EQ(lines.size(), 3U);
-    EXPECT_THAT(lines[0], MatchesRegex("    1  2026-01-31 23:59:58  login  .*SUCCESS"));
-    EXPECT_THAT(lines[1], MatchesRegex(".*deleteTab .* 37 out .* in  FAILURE: no such tab .tab.unknown."));
-    EXPECT_THAT(lines[2], MatchesRegex(".*logout .* 0 in  no reply"));
+    EXPECT_THAT(lines[0], MatchesRegex("    1  2026-01-31 23:59:58  login  +SUCCESS +60 out +116 in"));
+    EXPECT_THAT(lines[1], MatchesRegex(".*deleteTab +FAILURE +37 out .* in  no such tab +.tab.unknown."));
+    EXPECT_THAT(lines[2], MatchesRegex(".*logout +no reply .* 0 in"));
     EXPECT_THAT(ended.out, Not(HasSubstr("pid")));
 }
 
@@ -176,7 +176,7 @@ TEST_F(LogProgramTest, LargeRepliesAreReadToTheEnd)
     const Ended ended = run({path("log.txt")});
     EXPECT_EQ(ended.err, "");
     ASSERT_EQ(linesOf(ended.out).size(), 2U);
-    EXPECT_THAT(linesOf(ended.out)[0], HasSubstr(" 67108943 in  SUCCESS"));
+    EXPECT_THAT(linesOf(ended.out)[0], MatchesRegex(".* SUCCESS .* 67108943 in"));
     EXPECT_THAT(linesOf(ended.out)[1], HasSubstr("logout"));
     EXPECT_EQ(run({"--json", "--call", "1", path("log.txt")}).status, 0);
     EXPECT_EQ(run({"--call", "1", path("log.txt")}).status, 0);
