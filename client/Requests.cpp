@@ -91,10 +91,14 @@ void CWapiClient::prepare(CZelHttpClient& http)
     });
 }
 
-void CWapiClient::keepCause(const CZelHttpClient& http)
+void CWapiClient::keepCause(const CZelHttpClient& http) noexcept
 {
     networkErrorKind = static_cast<NETWORK_ERROR>(http.Failure().fault);
-    networkErrorText = kzn::pvutil::stringex::FromUtf8(textOf(http.Failure()));
+    networkErrorText.clear();
+    try {
+        networkErrorText = kzn::pvutil::stringex::FromUtf8(textOf(http.Failure()));
+    } catch (...) {  // no memory for the text: the kind has to say it
+    }
 }
 
 void CWapiClient::traceCause() const noexcept

@@ -151,9 +151,9 @@ public:
 
     // ---- Control -------------------------------------------------------------------------------------------------
 
-    /// Ends the call that is running, wherever it is: it fails as NETWORK_CANCELLED, its outputs stay as they are, and
-    /// the client is good for the next one. Without a running call nothing happens. From any thread while the client
-    /// lives.
+    /// Ends the call that is running, wherever it is until its reply has been read whole: it fails as
+    /// NETWORK_CANCELLED, its outputs stay as they are, and the client is good for the next one. Without a running call
+    /// nothing happens. From any thread while the client lives.
     void cancel() noexcept;
 
     /// How long each call from now on may take as a whole, redirects and repeats included; one that takes longer fails
@@ -466,7 +466,7 @@ private:
     int guarded(Body&& body) noexcept;
     void keepFailure(const char* reason) noexcept;
     void prepare(kzn::pvutil::CZelHttpClient& http);
-    void keepCause(const kzn::pvutil::CZelHttpClient& http);
+    void keepCause(const kzn::pvutil::CZelHttpClient& http) noexcept;
     void traceCause() const noexcept;
 
     int refuse(std::string_view reason, const CStringT& what = {});

@@ -40,6 +40,7 @@ struct HttpLimits {
     std::chrono::milliseconds connect{15'000};
     std::chrono::milliseconds silence{60'000};  // without a byte moving either way
     std::size_t replyBytes = std::size_t{64} << 20;
+    std::size_t headBytes = std::size_t{256} << 10;  // of all heads and trailers; the service's own take a few hundred
     int redirects = 5;
 };
 

@@ -36,9 +36,9 @@ Taken take(SystemLog log, const stringex::CStringT& path, const stringex::CStrin
     switch (holdLog(log, Hold::alone)) {
     case Held::yes: return takeAlone(log, path, earlier);
     case Held::byAnother: return join(log, path);
-    case Held::unknown: break;
+    case Held::unknown: break;  // nobody can know of another: what stands there is an earlier run's
     }
-    return Taken::yes;
+    return takeAlone(log, path, earlier);
 }
 
 }  // namespace

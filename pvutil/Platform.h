@@ -14,6 +14,9 @@
 #error "pvWapi needs C++20: compile with -std=c++20 or later"
 #endif
 #include <cstddef>
+#if defined(_WIN32) && !defined(_GLIBCXX_HAS_GTHREADS)
+#error "pvWapi needs the compiler with POSIX threads: i686-w64-mingw32-g++-posix and not ...-win32"
+#endif
 #if defined(_LIBCPP_VERSION) || !defined(__GLIBCXX__)
 #error "pvWapi cannot be used with this standard library: its class needs GCC's libstdc++, and not libc++"
 #elif !_GLIBCXX_USE_CXX11_ABI

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "pvutil/Ascii.h"
+
 namespace kzn::pvutil {
 
 namespace {
@@ -110,7 +112,7 @@ HttpFault faultOf(CURL* easy, CURLcode code, std::string_view words, const CurlR
     switch (code) {
     case CURLE_COULDNT_CONNECT: return found(kByErrno, systemErrorOf(easy, run), fault);
     case CURLE_PEER_FAILED_VERIFICATION: return certificateFault(easy);
-    // The head's own limit is memory to libcurl.
+    // A line that is longer than libcurl's own limit is memory to it.
     case CURLE_OUT_OF_MEMORY: return run.hasHeard() && !run.headStands() ? HttpFault::tooLarge : fault;
     default: return fault == HttpFault::closed ? endOf(words, run) : fault;
     }
@@ -126,15 +128,27 @@ std::string_view trimmed(std::string_view text) noexcept
     return text.substr(0, text.find_last_not_of(" \r\n") + 1);
 }
 
+// "Failed to connect to HOST port N after ..." names whom libcurl meant, which may be a proxy on the server's own port.
+bool namesAnother(std::string_view words, const Url& server)
+{
+    constexpr std::string_view kBegin = "Failed to connect to ";
+    if (!words.starts_with(kBegin)) return false;
+    std::string_view host = server.host;
+    if (host.starts_with('[')) host = host.substr(1, host.size() - 2);
+    const std::string meant = std::string(host) + " port " + std::to_string(server.port) + ' ';
+    return !ascii::same(words.substr(kBegin.size(), meant.size()), meant);
+}
+
 // A proxy stands between where another than the server was connected to, and where one answered a demand for a tunnel.
-bool isProxys(CURL* easy, HttpFault fault, const CurlRun& run, const HttpExchange& exchange) noexcept
+bool isProxys(CURL* easy, HttpFault fault, std::string_view words, const CurlRun& run, const HttpExchange& exchange)
 {
     long answer = 0;
     curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &answer);
-    if (answer != 0 && answer / 100 != 2) return true;
-    const bool onTheWay = fault == HttpFault::refused || fault == HttpFault::unreachable ||
-                          fault == HttpFault::connectTimeout || fault == HttpFault::closed;
-    return onTheWay && run.lastPort() != 0 && run.lastPort() != exchange.url.port;
+    if ((answer != 0 && answer / 100 != 2) || words.starts_with("Proxy CONNECT")) return true;
+    const bool onTheWay =
+        fault == HttpFault::refused || fault == HttpFault::unreachable || fault == HttpFault::connectTimeout;
+    if (!onTheWay) return false;
+    return namesAnother(words, exchange.url) || (run.lastPort() != 0 && run.lastPort() != exchange.url.port);
 }
 
 // The system's error is the more exact word, where there is one; what comes of our own callbacks has none.
@@ -142,7 +156,8 @@ std::string wordsFor(CURL* easy, CURLcode code, std::string_view words, const Cu
 {
     const int number = systemErrorOf(easy, run);
     if (code == CURLE_COULDNT_CONNECT && number != 0) return std::system_category().message(number);
-    if (code == CURLE_ABORTED_BY_CALLBACK || (code == CURLE_PARTIAL_FILE && words.empty())) return {};
+    const bool isOurs = code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_OUT_OF_MEMORY;
+    if (isOurs || (code == CURLE_PARTIAL_FILE && words.empty())) return {};
     return words.empty() ? std::string(curl_easy_strerror(code)) : std::string(trimmed(words));
 }
 
@@ -153,7 +168,7 @@ void keepCause(CURL* easy, CURLcode code, std::string_view words, const CurlRun&
     const HttpFault fault = faultOf(easy, code, words, run);
     const std::string said = wordsFor(easy, code, words, run);
     const HttpPhase phase = isOfTls(fault) ? HttpPhase::secure : run.phase();
-    const bool ofProxy = fault == HttpFault::proxy || isProxys(easy, fault, run, exchange);
+    const bool ofProxy = fault == HttpFault::proxy || isProxys(easy, fault, words, run, exchange);
     if (ofProxy) exchange.fail(HttpFault::proxy, phase, said, run.lastAddress());
     else exchange.fail(fault, phase, said);
 }

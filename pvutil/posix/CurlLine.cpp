@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "pvutil/posix/CurlRun.h"
+#include "pvutil/posix/Descriptor.h"
 
 namespace kzn::pvutil {
 
@@ -97,7 +98,8 @@ curl_socket_t CurlLine::onOpen(void* line, curlsocktype, curl_sockaddr* address)
     auto& self = *static_cast<CurlLine*>(line);
     if (self.open_.size() == kMostOpen) return CURL_SOCKET_BAD;
     if (self.run_ != nullptr && !self.run_->mayConnect()) return CURL_SOCKET_BAD;
-    const int socket = ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+    const int type = address->socktype | SOCK_CLOEXEC;
+    const int socket = aboveStandard(Descriptor(::socket(address->family, type, address->protocol))).release();
     if (self.run_ != nullptr) self.run_->connecting(socket, address->addr, address->addrlen, socket < 0 ? errno : 0);
     if (socket < 0) return CURL_SOCKET_BAD;
     self.open_.push_back({socket, 0});

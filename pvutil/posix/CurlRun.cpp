@@ -81,6 +81,7 @@ void CurlRun::setCallbacks() noexcept
 void CurlRun::connecting(curl_socket_t socket, const sockaddr& address, socklen_t size, int error) noexcept
 {
     socket_ = socket;
+    isSecuring_ = false;
     socketError_ = error;
     hasAddress_ = size <= sizeof address_;
     if (hasAddress_) std::memcpy(&address_, &address, size);
@@ -88,7 +89,11 @@ void CurlRun::connecting(curl_socket_t socket, const sockaddr& address, socklen_
 
 bool CurlRun::mayConnect() noexcept
 {
-    if (!isConnected_ || mayRepeat()) return true;
+    if (!isConnected_) return true;
+    if (mayRepeat()) {
+        isConnected_ = hasAddress_ = false;  // all begins anew, with the look-up
+        return true;
+    }
     const HttpFault fault = hasHeard_ ? HttpFault::cutOff : HttpFault::closed;
     return exchange_.fail(fault, phase(), wasReset_ ? std::strerror(ECONNRESET) : "");
 }
@@ -106,7 +111,11 @@ bool CurlRun::connected() noexcept
 // on, unless some of it is known to have stayed here.
 void CurlRun::closing(bool hasReceived, bool wasReset) noexcept
 {
-    if (!isConnected_) return;
+    if (!isConnected_) {
+        isSecuring_ = isSecuring_ || hasPeer();
+        socket_ = CURL_SOCKET_BAD;
+        return;
+    }
     wasReset_ = wasReset;
     // The beginning of a line is no line to libcurl yet. Under TLS bytes come that are none of the reply.
     if (!exchange_.url.secure && hasReceived) hasHeard_ = true;
@@ -140,6 +149,8 @@ bool CurlRun::header(std::string_view line) noexcept
 {
     moved();
     hasHeard_ = true;
+    headBytes_ += line.size();
+    if (headBytes_ > exchange_.limits.headBytes) return exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
     if (switchesProtocol(line)) return exchange_.fail(HttpFault::notHttp, HttpPhase::receive);
     if (line.starts_with("HTTP/")) headStands_ = false;
     if (line == "\r\n" || line == "\n") headStands_ = true;
@@ -174,6 +185,7 @@ bool CurlRun::progress(curl_off_t down, curl_off_t up) noexcept
 
 bool CurlRun::mayGoOn() noexcept
 {
+    if (!isConnected_ && !isSecuring_) isSecuring_ = hasPeer();
     if (!exchange_.mayGoOn(phase())) return false;
     if (!isConnected_ || Clock::now() - lastMove_ < exchange_.limits.silence) return true;
     return exchange_.fail(HttpFault::silence, phase());
@@ -190,8 +202,8 @@ std::chrono::milliseconds CurlRun::patience() const noexcept
     return std::max(wait, std::chrono::milliseconds(0));
 }
 
-// The other end has taken the connection in, but libcurl does not send yet.
-bool CurlRun::isSecuring() const noexcept
+// The other end has taken the connection in; where libcurl does not send yet, it is TLS that it waits for.
+bool CurlRun::hasPeer() const noexcept
 {
     sockaddr_storage peer{};
     socklen_t size = sizeof peer;
@@ -206,7 +218,7 @@ HttpPhase CurlRun::phase() const noexcept
         return isOut ? HttpPhase::wait : HttpPhase::send;
     }
     if (!hasAddress_) return HttpPhase::lookUp;
-    return isSecuring() ? HttpPhase::secure : HttpPhase::connect;
+    return isSecuring_ ? HttpPhase::secure : HttpPhase::connect;
 }
 
 int CurlRun::lastPort() const noexcept

@@ -61,7 +61,7 @@ private:
     using Clock = std::chrono::steady_clock;
 
     bool begin() noexcept;
-    bool isSecuring() const noexcept;
+    bool hasPeer() const noexcept;
     void moved() noexcept { lastMove_ = Clock::now(); }
 
     CURL* easy_;
@@ -73,7 +73,9 @@ private:
     sockaddr_storage address_{};
     curl_socket_t socket_ = CURL_SOCKET_BAD;  // the one that is being connected
     int socketError_ = 0;
+    std::size_t headBytes_ = 0;
     bool hasAddress_ = false;
+    bool isSecuring_ = false;
     bool isConnected_ = false;
     bool isWritten_ = false;
     bool wasReset_ = false;

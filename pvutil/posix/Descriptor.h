@@ -1,6 +1,7 @@
 // The owner of a file descriptor.
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
@@ -29,5 +30,13 @@ public:
 private:
     int number_;
 };
+
+// The first three belong to the program, also while it has closed them: what it prints then must not go into a file or
+// a connection of the library's.
+inline Descriptor aboveStandard(Descriptor file) noexcept
+{
+    if (!file || file.get() > STDERR_FILENO) return file;
+    return Descriptor(fcntl(file.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
 
 }  // namespace kzn::pvutil

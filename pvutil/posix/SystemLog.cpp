@@ -33,13 +33,6 @@ bool makePrivate(int file) noexcept
     return fstat(file, &found) == 0 && isUsersOwn(found) && fchmod(file, S_IRUSR | S_IWUSR) == 0;
 }
 
-// The first three belong to the program, also while it has closed them: what it prints then must not go into the log.
-Descriptor aboveStandard(Descriptor file) noexcept
-{
-    if (!file || file.get() > STDERR_FILENO) return file;
-    return Descriptor(fcntl(file.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-}
-
 }  // namespace
 
 SystemLog openLog(const stringex::CStringT& path) noexcept

@@ -21,7 +21,6 @@ namespace {
 // Large bodies go out in slices, so that the caller hears of the progress. The system may read what it was given until
 // it is done with the request, which a call that is stopped does not wait for: it gets copies.
 constexpr std::size_t kSlice = std::size_t{64} << 10;
-constexpr std::size_t kWhole = std::size_t{256} << 10;
 constexpr std::size_t kPiece = std::size_t{64} << 10;
 
 // The one session of the process; the connections that it keeps open serve every thread.
@@ -146,7 +145,7 @@ bool send(HttpCall& call, HttpExchange& exchange)
 {
     const bool isWatched = exchange.onSent != nullptr && *exchange.onSent;
     if (exchange.body.empty()) return sendWhole(call, exchange, {});
-    const bool isSmall = exchange.body.size() == 1 && exchange.body.front().size() <= kWhole;
+    const bool isSmall = exchange.body.size() == 1 && exchange.body.front().size() <= kSlice;
     return isSmall && !isWatched ? sendWhole(call, exchange, exchange.body.front()) : sendSlices(call, exchange);
 }
 
@@ -166,9 +165,11 @@ std::string headerOf(HINTERNET request, DWORD which)
 }
 
 // A head that breaks off is no failure to every version of the system's HTTP; a whole one ends with an empty line.
-bool headStands(HINTERNET request)
+bool headStands(HINTERNET request, HttpExchange& exchange)
 {
-    return headerOf(request, WINHTTP_QUERY_RAW_HEADERS_CRLF).ends_with("\r\n\r\n");
+    const std::string head = headerOf(request, WINHTTP_QUERY_RAW_HEADERS_CRLF);
+    if (head.size() > exchange.limits.headBytes) return exchange.fail(HttpFault::tooLarge, HttpPhase::receive);
+    return head.ends_with("\r\n\r\n") || exchange.fail(HttpFault::cutOff, HttpPhase::receive);
 }
 
 int statusOf(HINTERNET request) noexcept
@@ -236,7 +237,7 @@ bool receive(HttpCall& call, HttpExchange& exchange)
         return false;
     call.enter(HttpPhase::receive);
     const HINTERNET request = call.request();
-    if (!headStands(request)) return exchange.fail(HttpFault::cutOff, HttpPhase::receive);
+    if (!headStands(request, exchange)) return false;
     std::optional<std::uint64_t> length;
     if (!lengthOf(request, length)) return exchange.fail(HttpFault::notHttp, HttpPhase::receive);
     const int status = statusOf(request);

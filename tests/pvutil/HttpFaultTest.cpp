@@ -45,6 +45,15 @@ protected:
         EXPECT_EQ(textOf(client.Failure()), "");
     }
 
+    // 270 lines of a kilobyte each.
+    static std::string manyLines()
+    {
+        std::string lines;
+        for (int line = 100; line < 370; ++line)
+            lines += "X-Line-" + std::to_string(line) + ": " + std::string(1024, 'x') + "\r\n";
+        return lines;
+    }
+
     void limit(const std::function<void(HttpLimits&)>& change)
     {
         HttpLimits limits;
@@ -104,6 +113,8 @@ TEST_F(HttpFaults, ReplyThatIsTooLarge)
     limit([](HttpLimits& limits) { limits.replyBytes = 1000; });
     expectFault("too large by its head", HttpFault::tooLarge,
                 Script().send("HTTP/1.1 200 OK\r\nContent-Length: 99999999\r\n\r\n").stall());
+    expectFault("a head that is too large", HttpFault::tooLarge,
+                Script().send("HTTP/1.1 200 OK\r\n" + manyLines() + "Content-Length: 0\r\n\r\n").close());
     expectFault("too large as it comes", HttpFault::tooLarge,
                 Script().send("HTTP/1.1 200 OK\r\n\r\n" + std::string(1001, 'x')).close());
 }

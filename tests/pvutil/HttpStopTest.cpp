@@ -220,7 +220,7 @@ TEST_F(HttpStop, DeadlineWhileConnecting)
 // No hop takes long; together they do.
 TEST_F(HttpStop, DeadlineOverAllRedirects)
 {
-    server.otherwise(Script().pause(90ms).send(replyText(302, "", "", {{"Location", "/next"}})));
+    server.otherwise(Script().pause(40ms).send(replyText(302, "", "", {{"Location", "/next"}})));
     expectDeadline([this] { return getPath("/"); });
     EXPECT_GE(server.requests().size(), 2U);
     expectServesOn();
