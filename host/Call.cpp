@@ -47,16 +47,14 @@ Call::~Call()
 {
     constexpr unsigned int kSignOut = 3'000;
     if (!ownSession_) return;
-    isSigningOut_ = true;
     wire_.goOn();
-    if (isHurried_) client_.setDeadline(kSignOut);
+    client_.setDeadline(kSignOut);
     client_.logout(client_.getRootCred());
 }
 
-/// A session of the command's own still ends in order.
+/// A session of the command's own still ends in order; whoever stops that too does not wait for it.
 void Call::stop()
 {
-    if (isSigningOut_) return;
     wire_.stop();
     client_.cancel();
 }
@@ -75,7 +73,12 @@ bool Call::given(const std::string& name) const
 
 CStringT Call::text(const std::string& name) const
 {
-    return given(name) ? FromUtf8(values(name).back()) : CStringT();
+    return given(name) ? list(name).back() : CStringT();
+}
+
+CStringT Call::asTyped(const std::string& name) const
+{
+    return given(name) ? listAsTyped(name).back() : CStringT();
 }
 
 int Call::number(const std::string& name, int otherwise) const
@@ -89,6 +92,13 @@ int Call::number(const std::string& name, int otherwise) const
 
 std::vector<CStringT> Call::list(const std::string& name) const
 {
+    std::vector<CStringT> texts = listAsTyped(name);
+    for (const CStringT& text : texts) requireXml(text, name);
+    return texts;
+}
+
+std::vector<CStringT> Call::listAsTyped(const std::string& name) const
+{
     std::vector<CStringT> texts;
     for (const std::string& value : values(name)) texts.push_back(FromUtf8(value));
     return texts;
@@ -97,10 +107,7 @@ std::vector<CStringT> Call::list(const std::string& name) const
 std::vector<CStringT> Call::carried(const std::string& name, CStringT (*as)(const CStringT& text)) const
 {
     std::vector<CStringT> texts = list(name);
-    for (CStringT& text : texts) {
-        if (!fitsXml(text)) throw LocalProblem(name + ": holds a character that no request can carry");
-        text = as(text);
-    }
+    for (CStringT& text : texts) text = as(text);
     return texts;
 }
 
@@ -152,6 +159,7 @@ const Credentials& Call::identity()
     if (!c.user.empty() && c.password.empty() && c.token.empty()) {
         const auto password = system::askSecret("Password for " + harmless(c.user) + ": ");
         if (password) c.password = FromUtf8(*password);
+        requireXml(c.password, "password");
         wire_.secrets().add(ToUtf8(c.password));
     }
     if (c.user.empty() || (c.password.empty() && c.token.empty())) {
@@ -165,7 +173,6 @@ const Credentials& Call::identity()
 void Call::checkNetwork()
 {
     if (client_.getNetworkErrorKind() == CWapiClient::NETWORK_NONE) return;
-    isHurried_ = true;
     throw networkFailure(client_);
 }
 

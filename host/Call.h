@@ -36,12 +36,16 @@ public:
     ~Call();
 
     bool given(const std::string& name) const;
+    /// Ends the command where the text holds a character that XML cannot carry, and so no request.
     CStringT text(const std::string& name) const;
+    /// The same for what is sent as it stands, or is no part of a request.
+    CStringT asTyped(const std::string& name) const;
     int number(const std::string& name, int otherwise) const;
     std::vector<CStringT> list(const std::string& name) const;
+    std::vector<CStringT> listAsTyped(const std::string& name) const;
 
     /// The same for the places of a request that the library fills with a text as it stands: as the content of an
-    /// element, and as that of a CDATA section. Ends the command where XML cannot carry the text.
+    /// element, and as that of a CDATA section.
     CStringT xml(const std::string& name) const;
     CStringT cdata(const std::string& name) const;
     std::vector<CStringT> xmlList(const std::string& name) const;
@@ -93,8 +97,6 @@ private:
     Values values_;
     CWapiClient client_;
     Wire wire_;
-    std::atomic<bool> isSigningOut_ = false;
-    bool isHurried_ = false;  // nobody wants to wait any longer
     system::Interrupts interrupts_;
     Credentials credentials_;
     bool ownSession_ = false;

@@ -13,7 +13,7 @@ struct Look;
 enum class Kind { text, number, seconds, flag, list, file };
 
 /// "name" stands at a fixed place, "--name" anywhere. Placed ones must be given, the others may be; a placed list comes
-/// last and takes all that follows, be it nothing.
+/// last and takes all that follows, be it nothing where none is needed.
 struct Argument {
     std::string name;
     std::string help;
@@ -21,6 +21,7 @@ struct Argument {
     std::vector<std::string> choices = {};    ///< the texts that are allowed; empty allows any
     bool inProfile = false;                   ///< whether a profile of the configuration file may give it
     std::vector<std::string> variables = {};  ///< the environment variables that win over a profile
+    bool needsOne = false;                    ///< whether the command refuses a placed list without anything in it
 };
 
 /// The values given on the command line, by the argument's name; a flag has an empty one.

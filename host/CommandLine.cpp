@@ -10,9 +10,11 @@
 #include "host/Errors.h"
 #include "host/Help.h"
 #include "host/Look.h"
+#include "host/Network.h"
 #include "host/Profile.h"
 #include "host/Suggest.h"
 #include "host/System.h"
+#include "host/Words.h"
 
 namespace host {
 
@@ -25,27 +27,31 @@ constexpr const char* kOperations = "--operations";
 
 constexpr const char* kVerbose = "-v";
 
-/// Nothing where the text is no time that the library can take.
-std::optional<unsigned int> millisecondsIn(const std::string& text)
+constexpr int kMostSeconds = 4'000'000;
+
+std::optional<double> secondsIn(const std::string& text)
 {
-    constexpr double kMost = 4'000'000;
     double seconds = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
-    if (error != std::errc() || stop != end || !(seconds >= 0.001 && seconds <= kMost)) return std::nullopt;
-    return static_cast<unsigned int>(seconds * 1000);
+    if (error != std::errc() || stop != end) return std::nullopt;
+    return seconds;
+}
+
+/// Nothing where the text is no time that the library can take.
+std::optional<unsigned int> millisecondsIn(const std::string& text)
+{
+    const std::optional<double> seconds = secondsIn(text);
+    if (!seconds || !(*seconds >= 0.001 && *seconds <= kMostSeconds)) return std::nullopt;
+    return static_cast<unsigned int>(*seconds * 1000);
 }
 
 std::string secondsProblem(const std::string& text)
 {
-    return millisecondsIn(text) ? std::string() : "'" + text + "' is not a number of seconds above 0";
-}
-
-std::string joined(const std::vector<std::string>& words, const char* separator)
-{
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : separator) + word;
-    return text;
+    if (millisecondsIn(text)) return {};
+    const bool isMuch = secondsIn(text).value_or(0) > kMostSeconds;
+    return "'" + text + "' is " +
+           (isMuch ? "more than " + std::to_string(kMostSeconds) + " seconds" : "not a number of seconds above 0");
 }
 
 std::string numberProblem(const std::string& text)
@@ -87,6 +93,8 @@ std::vector<std::string> subcommandsOf(const CLI::App& app)
 std::string reasonOf(const CLI::ParseError& error)
 {
     const std::string reason = error.what();
+    const std::size_t most = reason.find(": At Most ");
+    if (most != std::string::npos) return reason.substr(0, most) + ": may be given once only";
     const bool isMissing = dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr && reason.ends_with("missing");
     return isMissing ? reason.substr(0, reason.find(':')) + ": its value is missing" : reason;
 }
@@ -118,6 +126,7 @@ private:
     std::string pathOf(const CLI::App& app) const;
     std::string unknownWord() const;
     std::vector<std::string> optionsOf(const CLI::App& app) const;
+    std::vector<Argument> arguments() const;
     [[noreturn]] void refuseWord(const std::string& word) const;
     Request help() const;
     Request request() const;
@@ -135,7 +144,7 @@ void addOption(CLI::App& app, const Argument& argument)
 {
     CLI::Option& option = *app.add_option(argument.name);
     option.type_name(argument.kind == Kind::number ? "<number>" : "<text>");
-    option.check([&argument](const std::string& text) { return problemWith(argument, text); });
+    option.check([&argument](const std::string& text) { return problemWith(argument, bare(text)); });
     if (argument.kind == Kind::list) option.multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     if (!argument.name.starts_with('-')) {
         if (argument.kind == Kind::list) option.expected(0, -1)->allow_extra_args();
@@ -156,7 +165,8 @@ void addValues(Values& values, const CLI::App& app, const std::vector<Argument>&
 {
     for (const Argument& argument : arguments) {
         const CLI::Option& option = *app.get_option(argument.name);
-        if (option.count() > 0) values[argument.name] = option.results();
+        if (option.count() == 0) continue;
+        for (const std::string& word : option.results()) values[argument.name].push_back(bare(word));
     }
 }
 
@@ -195,6 +205,7 @@ CLI::App& Parser::appAt(const std::string& path)
 Request Parser::read(std::vector<std::string> words)
 {
     words_ = words;
+    words = shielded(words, arguments());
     std::ranges::reverse(words);  // this is the order in which the library below takes them
     try {
         root_.parse(std::move(words));
@@ -208,6 +219,16 @@ Request Parser::read(std::vector<std::string> words)
         refuseAt(pathOf(reached()), reasonOf(error));
     }
     return request();
+}
+
+/// All that there are, of whatever command.
+std::vector<Argument> Parser::arguments() const
+{
+    std::vector<Argument> arguments = common_;
+    for (const Command& command : all_) {
+        arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
+    }
+    return arguments;
 }
 
 /// The app of the last word that made a command.
@@ -230,6 +251,7 @@ std::string Parser::unknownWord() const
     std::vector<std::string> unknown = root_.remaining(true);
     std::erase(unknown, "--");
     if (unknown.empty()) return {};
+    std::ranges::transform(unknown, unknown.begin(), bare);
     const auto first = std::ranges::find_first_of(words_, unknown);
     return first != words_.end() ? *first : unknown.front();
 }
@@ -308,6 +330,8 @@ Settings Parser::settings(const Command& command) const
     Settings settings;
     settings.format = last("--format", "table") == "json" ? Format::json : Format::table;
     settings.baseUrl = last("--base-url", system::environment("PVWAPI_BASE_URL"));
+    if (namesUser(settings.baseUrl))
+        throw LocalProblem("a user in the service's address is not taken; see pvwapi help credentials");
     settings.credentialsFile = last("--credentials", "");
     settings.timeout = millisecondsIn(last("--timeout", "")).value_or(0);
     settings.sight = {static_cast<int>(root_.count(kVerbose)), common.contains("--dry-run"),

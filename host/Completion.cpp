@@ -60,11 +60,4 @@ std::string quotedWord(const std::string& text, const std::string& escaped)
     return quoted + "'";
 }
 
-std::string joinedWords(const std::vector<std::string>& words, const std::string& separator)
-{
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : separator) + word;
-    return text;
-}
-
 }  // namespace host

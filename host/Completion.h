@@ -32,8 +32,6 @@ std::vector<std::string> namesOf(const Argument& option);
 /// The text between apostrophes, with `escaped` in the place of each apostrophe in it.
 std::string quotedWord(const std::string& text, const std::string& escaped);
 
-std::string joinedWords(const std::vector<std::string>& words, const std::string& separator);
-
 std::string bashCompletion(const std::vector<Spot>& spots);
 std::string zshCompletion(const std::vector<Spot>& spots);
 std::string fishCompletion(const std::vector<Spot>& spots);

@@ -50,6 +50,7 @@ void readLine(Credentials& credentials, std::string_view line, const std::string
     for (const Field& field : kFields) {
         if (key != field.key) continue;
         credentials.*field.member = FromUtf8(trimmed(line.substr(sign + 1)));
+        requireXml(credentials.*field.member, where + ": " + field.key);
         return;
     }
     throw LocalProblem(where + ": the name is none of user, password, token, isp and cred");
@@ -74,7 +75,10 @@ Credentials fromFile(const std::string& file)
 Credentials fromEnvironment()
 {
     Credentials credentials;
-    for (const Field& field : kFields) credentials.*field.member = FromUtf8(system::environment(field.variable));
+    for (const Field& field : kFields) {
+        credentials.*field.member = FromUtf8(system::environment(field.variable));
+        requireXml(credentials.*field.member, field.variable);
+    }
     return credentials;
 }
 

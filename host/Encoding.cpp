@@ -1,5 +1,6 @@
 #include "host/Encoding.h"
 
+#include "host/Errors.h"
 #include "host/Text.h"
 
 namespace host {
@@ -43,6 +44,11 @@ bool fitsXml(const CStringT& text)
         if (unit == '<' || unit == '>') expected += 3;
     }
     return XmlText(text).size() == expected;
+}
+
+void requireXml(const CStringT& text, const std::string& what)
+{
+    if (!fitsXml(text)) throw LocalProblem(what + ": holds a character that no request can carry");
 }
 
 CStringT xmlOf(const CStringT& text)

@@ -1,6 +1,7 @@
 // A person's texts on their way into a request: the library puts many of them into it as they stand.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "client/WapiClient.h"
@@ -12,6 +13,9 @@ bool isUtf8(std::string_view bytes);
 
 /// Whether a reader of XML 1.0 would take every character of the text.
 bool fitsXml(const CStringT& text);
+
+/// Throws LocalProblem unless it would; `what` is what the message calls the text.
+void requireXml(const CStringT& text, const std::string& what);
 
 /// The text as the content of an element.
 CStringT xmlOf(const CStringT& text);

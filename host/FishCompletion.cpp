@@ -1,5 +1,6 @@
 // The script for fish.
 #include "host/Completion.h"
+#include "host/Words.h"
 
 namespace host {
 
@@ -59,7 +60,7 @@ std::string valueOf(const Argument& argument)
     if (argument.kind == Kind::flag) return {};
     if (argument.kind == Kind::file) return " -r -F";
     if (argument.choices.empty()) return " -x";
-    return " -x -a " + quoted(joinedWords(argument.choices, " "));
+    return " -x -a " + quoted(joined(argument.choices, " "));
 }
 
 std::string condition(const std::string& path, const std::string& placed)
@@ -92,7 +93,7 @@ std::string wordLines(const Spot& spot)
         const Argument& argument = spot.placed[at];
         if (argument.kind != Kind::file && argument.choices.empty()) continue;
         lines += "complete -c pvwapi" + condition(spot.path, std::to_string(at));
-        lines += argument.kind == Kind::file ? " -F" : " -a " + quoted(joinedWords(argument.choices, " "));
+        lines += argument.kind == Kind::file ? " -F" : " -a " + quoted(joined(argument.choices, " "));
         lines += " -d " + quoted(argument.help) + '\n';
     }
     return lines;

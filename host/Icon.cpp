@@ -12,7 +12,7 @@ namespace {
 /// The path stands between quotation marks in the head of the upload, where nothing can be escaped.
 CStringT fileOf(const Call& call)
 {
-    CStringT file = call.text("file");
+    CStringT file = call.asTyped("file");
     for (const auto unit : file) {
         if (unit == '"' || unit < ' ') {
             throw LocalProblem("file: an upload cannot carry a name with a quotation mark or a control character");

@@ -76,7 +76,7 @@ Commands membersCommands()
           {"--method", "How they hear of it: EMAIL, the default, or another way that the service knows"},
           {"--message", "A personal message, which goes along with EMAIL"},
           {"--provider", "The ID of their instant-messaging provider"},
-          {"user", "Their user IDs or e-mail addresses", Kind::list}},
+          {"user", "Their user IDs or e-mail addresses", Kind::list, {}, false, {}, true}},
          invite,
          {"inviteMembers"},
          {},

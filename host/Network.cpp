@@ -95,6 +95,14 @@ Failure networkFailure(CWapiClient& client)
     return {statusOf(kind), openingOf(kind) + text + hintOf(client), NetworkCause{word, text}};
 }
 
+bool namesUser(const std::string& url)
+{
+    const std::size_t scheme = url.find("://");
+    if (scheme == std::string::npos) return false;
+    const std::size_t begin = scheme + 3;
+    return url.substr(begin, url.find_first_of("/?#", begin) - begin).find('@') != std::string::npos;
+}
+
 bool haveOneOrigin(const CStringT& one, const CStringT& other)
 {
     const auto origin = originOf(one);

@@ -4,19 +4,13 @@
 
 #include "host/CommandLine.h"
 #include "host/Guide.h"
+#include "host/Words.h"
 
 namespace host {
 
 namespace {
 
 constexpr const char* kSummary = "Work with the workspaces of the service from the command line";
-
-std::string joined(const std::vector<std::string>& words, const std::string& separator)
-{
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : separator) + word;
-    return text;
-}
 
 /// What stands for an option's value.
 std::string valueOf(const Argument& argument)
@@ -104,7 +98,9 @@ bool isOption(const Argument& argument)
 std::string termOf(const Argument& argument)
 {
     if (isOption(argument)) return argument.name + valueOf(argument);
-    return argument.kind == Kind::list ? "[<" + argument.name + ">...]" : "<" + argument.name + ">";
+    const std::string name = "<" + argument.name + ">";
+    if (argument.kind != Kind::list) return name;
+    return argument.needsOne ? name + "..." : "[" + name + "...]";
 }
 
 std::string usageOf(const Command& command)

@@ -3,11 +3,14 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <system_error>
 
 #include "host/CommandLine.h"
+#include "host/Encoding.h"
 #include "host/Errors.h"
 #include "host/Suggest.h"
 #include "host/System.h"
@@ -18,6 +21,11 @@ namespace host {
 namespace {
 
 constexpr std::streamsize kFileLimit = 65'536;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// The parser names these as items where a section begins and where it ends.
+constexpr const char* kBegin = "++";
+constexpr const char* kEnd = "--";
 
 using Items = std::vector<CLI::ConfigItem>;
 
@@ -29,29 +37,29 @@ std::filesystem::path pathOf(const std::string& utf8)
 /// The file's text; nothing where the user's own is not there.
 std::string textOf(const std::string& file, bool mustBeThere)
 {
+    errno = 0;
     std::ifstream stream(pathOf(file), std::ios::binary);
     if (!stream && !mustBeThere) return {};
     std::string text(static_cast<std::size_t>(kFileLimit) + 1, '\0');
     if (!stream || stream.read(text.data(), kFileLimit + 1).bad() || (stream.gcount() == 0 && !stream.eof())) {
-        throw LocalProblem(file + ": cannot be read");
+        const std::string why = errno != 0 ? ": " + std::generic_category().message(errno) : "";
+        throw LocalProblem(file + ": cannot be read" + why);
     }
     if (stream.gcount() > kFileLimit) throw LocalProblem(file + ": too large for a configuration file");
     text.resize(static_cast<std::size_t>(stream.gcount()));
+    if (!isUtf8(text)) throw LocalProblem(file + ": not UTF-8");
+    if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
     return text;
 }
 
 Items itemsOf(const std::string& text, const std::string& file)
 {
     std::istringstream stream(text);
-    Items items;
     try {
-        items = CLI::ConfigBase().from_config(stream);
+        return CLI::ConfigBase().from_config(stream);
     } catch (const CLI::Error&) {
         throw LocalProblem(file + ": not a configuration file");
     }
-    // These say where a section begins and ends.
-    std::erase_if(items, [](const CLI::ConfigItem& item) { return item.name == "++" || item.name == "--"; });
-    return items;
 }
 
 std::string sectionOf(const CLI::ConfigItem& item)
@@ -65,7 +73,7 @@ std::vector<std::string> sectionNames(const Items& items)
 {
     std::vector<std::string> names;
     for (const CLI::ConfigItem& item : items) {
-        if (!item.parents.empty()) names.push_back(sectionOf(item));
+        if (item.name == kBegin) names.push_back(sectionOf(item));
     }
     return names;
 }
@@ -133,11 +141,12 @@ Values readProfile(const std::string& file, const std::string& name, const std::
     const std::string folder = system::configFolder();
     if (file.empty() && folder.empty() && name.empty()) return {};
     const std::string path = file.empty() ? folder + "/pvwapi/config" : file;
-    const Items items = itemsOf(textOf(path, !file.empty() || !name.empty()), path);
+    Items items = itemsOf(textOf(path, !file.empty() || !name.empty()), path);
     const std::vector<std::string> known = sectionNames(items);
     if (!name.empty() && std::ranges::find(known, name) == known.end()) {
         throw LocalProblem(path + ": there is no profile '" + name + "'" + didYouMean(name, known));
     }
+    std::erase_if(items, [](const CLI::ConfigItem& item) { return item.name == kBegin || item.name == kEnd; });
     return valuesIn(items, name, arguments, path);
 }
 

@@ -13,7 +13,7 @@ constexpr std::size_t kQuotedReply = 300;
 CStringT headerLines(const Call& call)
 {
     CStringT lines;
-    for (const CStringT& line : call.list("--header")) {
+    for (const CStringT& line : call.listAsTyped("--header")) {
         for (const auto unit : line) {
             if (unit < ' ' && unit != '\t') throw LocalProblem("--header: a line cannot hold control characters");
         }
@@ -33,7 +33,7 @@ std::string refusal(const CStringT& reply)
 
 void proxy(Call& call)
 {
-    const CStringT command = call.text("command");
+    const CStringT command = call.asTyped("command");
     if (command.find(FromUtf8("cmd=login")) != CStringT::npos) {
         throw LocalProblem("the client signs nobody in this way; use pvwapi login");
     }
@@ -52,7 +52,7 @@ void proxy(Call& call)
 
 void plainCall(Call& call)
 {
-    call.check(call.client().callWapi(call.cred(), call.text("command")));
+    call.check(call.client().callWapi(call.cred(), call.asTyped("command")));
 }
 
 }  // namespace

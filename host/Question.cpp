@@ -1,8 +1,5 @@
 #include "host/Question.h"
 
-#include <cstdio>
-#include <iostream>
-
 #include "host/Errors.h"
 #include "host/System.h"
 #include "host/Terminal.h"
@@ -27,10 +24,8 @@ std::string filledIn(const std::string& question, const Values& values)
     return text + question.substr(from);
 }
 
-bool saysYes()
+bool saysYes(std::string answer)
 {
-    std::string answer;
-    std::getline(std::cin, answer);
     while (!answer.empty() && (answer.back() == '\r' || answer.back() == ' ')) answer.pop_back();
     return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes" || answer == "YES";
 }
@@ -43,9 +38,9 @@ void requireYes(const Request& request)
     if (question.empty() || request.settings.agreed || request.settings.sight.isDry) return;
     if (!system::inputIsTerminal() || !system::errorIsTerminal()) return;
 
-    std::fputs((filledIn(question, request.values) + " [y/N] ").c_str(), stderr);
-    std::fflush(stderr);
-    if (!saysYes()) throw LocalProblem("nothing was done");
+    // The wait ends by itself; there is nothing else to stop yet.
+    const system::Interrupts interrupts([] {});
+    if (!saysYes(system::ask(filledIn(question, request.values) + " [y/N] "))) throw LocalProblem("nothing was done");
 }
 
 }  // namespace host

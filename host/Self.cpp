@@ -8,17 +8,11 @@
 #include "host/Man.h"
 #include "host/Suggest.h"
 #include "host/Topics.h"
+#include "host/Words.h"
 
 namespace host {
 
 namespace {
-
-std::string joined(const std::vector<std::string>& words)
-{
-    std::string path;
-    for (const std::string& word : words) path += (path.empty() ? "" : " ") + word;
-    return path;
-}
 
 [[noreturn]] void refuse(const std::string& topic, const std::vector<std::string>& known, const std::string& what)
 {
@@ -34,7 +28,7 @@ std::vector<std::string> wordsOf(const Values& values, const std::string& name)
 
 std::string help(const Commands& all, const Values& values, const Look& look)
 {
-    const std::string topic = joined(wordsOf(values, "topic"));
+    const std::string topic = joined(wordsOf(values, "topic"), " ");
     if (topic.empty() || commandAt(all, topic) != nullptr) return helpText(pageOf(all, topic), look);
     std::vector<std::string> known;
     for (const Command& command : all) known.push_back(command.path);
@@ -52,7 +46,7 @@ std::string completion(const Commands& all, const Values& values, const Look&)
 
 std::string man(const Commands& all, const Values& values, const Look&)
 {
-    const std::string topic = joined(wordsOf(values, "topic"));
+    const std::string topic = joined(wordsOf(values, "topic"), " ");
     std::vector<std::string> known;
     for (const Command* const command : commandsUnder(all, "")) known.push_back(command->path);
     if (values.contains("--list")) {

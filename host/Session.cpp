@@ -14,7 +14,7 @@ void login(Call& call)
     const CStringT cred = call.client().getRootCred();
     if (!call.given("--save")) return call.showText("cred", cred);
 
-    const CStringT file = call.text("--save");
+    const CStringT file = call.asTyped("--save");
     try {
         saveSession(ToUtf8(file), cred);
     } catch (...) {

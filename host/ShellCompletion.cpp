@@ -1,5 +1,6 @@
 // The scripts for bash and zsh, which differ in how they show what was found.
 #include "host/Completion.h"
+#include "host/Words.h"
 
 namespace host {
 
@@ -17,7 +18,7 @@ std::string placesOf(const Spot& spot, const Argument& option)
     for (const std::string& name : namesOf(option)) {
         places.push_back(spot.path.empty() ? "*:" + name : quoted(spot.path + ":" + name));
     }
-    return joinedWords(places, " | ");
+    return joined(places, " | ");
 }
 
 std::string pathPatterns(const std::vector<Spot>& spots)
@@ -26,7 +27,7 @@ std::string pathPatterns(const std::vector<Spot>& spots)
     for (const Spot& spot : spots) {
         if (!spot.path.empty()) paths.push_back(quoted(spot.path));
     }
-    return joinedWords(paths, " | ");
+    return joined(paths, " | ");
 }
 
 std::string valuePatterns(const std::vector<Spot>& spots)
@@ -37,7 +38,7 @@ std::string valuePatterns(const std::vector<Spot>& spots)
             if (option.kind != Kind::flag) places.push_back(placesOf(spot, option));
         }
     }
-    return joinedWords(places, " | ");
+    return joined(places, " | ");
 }
 
 /// The walk through the words before the one that is completed: `at` is the command that they make, and `placed` how
@@ -71,7 +72,7 @@ using Shower = std::string (*)(const std::vector<std::string>& words, const std:
 /// What adds the words to those that are found.
 std::string addWords(const std::vector<std::string>& words, const std::vector<std::string>&)
 {
-    return "found+=(" + joinedWords(words, " ") + ")";
+    return "found+=(" + joined(words, " ") + ")";
 }
 
 std::string addDescribed(const std::vector<std::string>& words, const std::vector<std::string>& helps)
@@ -81,7 +82,7 @@ std::string addDescribed(const std::vector<std::string>& words, const std::vecto
         const bool hasHelp = at < helps.size();
         described.push_back(quoted(hasHelp ? words[at] + ":" + helps[at] : words[at]));
     }
-    return "found+=(" + joinedWords(described, " ") + ")";
+    return "found+=(" + joined(described, " ") + ")";
 }
 
 /// A case for each place that has a value of its own to complete.

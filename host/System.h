@@ -38,6 +38,10 @@ void writePrivateFile(const std::string& path, const std::string& text);
 /// terminal is there to ask. Throws a Failure of status stopped where the user ends the wait.
 std::optional<std::string> askSecret(const std::string& prompt);
 
+/// Shows `prompt` on standard error and returns the line that is then typed at the terminal of standard input; what
+/// there is of one where the input ends. Throws a Failure of status stopped where the user ends the wait.
+std::string ask(const std::string& prompt);
+
 /// While it lives, the first Ctrl-C or request to end calls `stop`, on a thread of its own, and ends the waits above;
 /// the second one ends the program at once. There is one at a time.
 class Interrupts {

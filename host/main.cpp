@@ -35,10 +35,9 @@ struct Context {
     Format format = Format::table;
 };
 
-/// What a command shows, or the request that it does not send.
-std::string outputOf(const Request& request)
+/// What the command shows, or the request that it does not send.
+std::string outputOf(const Request& request, Call& call)
 {
-    Call call(request.settings, request.values);
     const bool isDry = request.settings.sight.isDry;
     try {
         request.command->run(call);
@@ -53,6 +52,13 @@ std::string outputOf(const Request& request)
                                                    : call.wire().request();
 }
 
+/// What is shown is out before the call signs out, however long that takes or whoever ends it.
+void perform(const Request& request)
+{
+    Call call(request.settings, request.values);
+    print(outputOf(request, call));
+}
+
 void run(const std::vector<std::string>& words, Context& context)
 {
     context.format = wantedFormat(words);
@@ -62,7 +68,7 @@ void run(const std::vector<std::string>& words, Context& context)
 
     context = {request.command->path, request.settings.format};
     requireYes(request);
-    print(outputOf(request));
+    perform(request);
 }
 
 int report(const Context& context, const Failure& failure) noexcept

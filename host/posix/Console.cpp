@@ -35,14 +35,7 @@ public:
         return silenced_;
     }
 
-    std::string line() const
-    {
-        std::string text;
-        for (char c = 0;; text.push_back(c)) {
-            waitForInput(file_);
-            if (::read(file_, &c, 1) != 1 || c == '\n') return text;
-        }
-    }
+    int file() const { return file_; }
 
 private:
     int file_;
@@ -50,14 +43,32 @@ private:
     bool silenced_ = false;
 };
 
-/// What is typed does not move the cursor, so the line has yet to end.
+/// The line has yet to end unless what is typed is shown, its end too.
 class Prompt {
 public:
     explicit Prompt(const std::string& text) { std::fputs(text.c_str(), stderr); }
     Prompt(const Prompt&) = delete;
     Prompt& operator=(const Prompt&) = delete;
-    ~Prompt() { std::fputs("\n", stderr); }
+    ~Prompt()
+    {
+        if (isOpen_) std::fputs("\n", stderr);
+    }
+
+    void close() { isOpen_ = false; }
+
+private:
+    bool isOpen_ = true;
 };
+
+/// Appends what is typed; false where the input ends before the line does.
+bool readLine(int file, std::string& line)
+{
+    for (char c = 0;; line.push_back(c)) {
+        waitForInput(file);
+        if (::read(file, &c, 1) != 1) return false;
+        if (c == '\n') return true;
+    }
+}
 
 }  // namespace
 
@@ -71,9 +82,18 @@ std::optional<std::string> askSecret(const std::string& prompt)
     Terminal terminal;
     if (!errorIsTerminal() || !terminal.silence()) return std::nullopt;
     const Prompt shown(prompt);
-    std::string secret = terminal.line();
+    std::string secret;
+    readLine(terminal.file(), secret);
     if (!isUtf8(secret)) throw LocalProblem("what was typed is not UTF-8");
     return secret;
+}
+
+std::string ask(const std::string& prompt)
+{
+    Prompt shown(prompt);
+    std::string answer;
+    if (readLine(STDIN_FILENO, answer)) shown.close();
+    return answer;
 }
 
 }  // namespace host::system

@@ -17,7 +17,7 @@ namespace host::system {
 
 namespace {
 
-constexpr std::array kSignals{SIGINT, SIGTERM};
+constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
 
 constinit std::atomic<int> g_signals = 0;
 static_assert(std::atomic<int>::is_always_lock_free, "a handler may touch nothing that waits");
@@ -25,9 +25,10 @@ static_assert(std::atomic<int>::is_always_lock_free, "a handler may touch nothin
 // Readable once the user has had enough; -1 while nobody watches.
 constinit std::atomic<int> g_stopped = -1;
 
-extern "C" void count(int)
+/// A terminal that closes may say so twice, by the system and by the shell: nobody has lost patience then.
+extern "C" void count(int number)
 {
-    ++g_signals;
+    if (number != SIGHUP || g_signals == 0) ++g_signals;
 }
 
 class Pipe {

@@ -86,6 +86,19 @@ std::optional<std::string> askSecret(const std::string& prompt)
     return kzn::pvutil::stringex::ToUtf8(secret);
 }
 
+std::string ask(const std::string& prompt)
+{
+    const Console console;
+    std::fputs(prompt.c_str(), stderr);
+    std::fflush(stderr);
+    try {
+        return kzn::pvutil::stringex::ToUtf8(console.line());
+    } catch (const Failure&) {
+        std::fputs("\n", stderr);
+        throw;
+    }
+}
+
 /// The system calls the handler on a thread of its own, which may do whatever it likes.
 class Interrupts::Watch {
 public:

@@ -102,9 +102,10 @@ TEST_F(ProfileTest, ProfileOrFileThatIsNotThereIsNamed)
     configure("[work]\nformat = json\n[home]\nformat = table\n");
     EXPECT_EQ(shown({"--profile", "wrok"}),
               "pvwapi: " + file() + ": there is no profile 'wrok'; did you mean 'work'?\n");
-    EXPECT_EQ(shown({"--config", path("absent")}), "pvwapi: " + path("absent") + ": cannot be read\n");
+    EXPECT_EQ(shown({"--config", path("absent")}),
+              "pvwapi: " + path("absent") + ": cannot be read: No such file or directory\n");
     std::filesystem::remove(file());
-    EXPECT_EQ(shown({"--profile", "work"}), "pvwapi: " + file() + ": cannot be read\n");
+    EXPECT_EQ(shown({"--profile", "work"}), "pvwapi: " + file() + ": cannot be read: No such file or directory\n");
     EXPECT_THAT(shown({"--base-url", url}), StartsWith(table));
 }
 
@@ -114,6 +115,22 @@ TEST_F(ProfileTest, HelpNeedsNoFile)
     for (const Words& words : {Words{"help"}, Words{"spaces", "--help"}, Words{"completion", "bash"}, Words{"man"}}) {
         EXPECT_EQ(pvwapi(words).status, 0) << words.front();
     }
+}
+
+TEST_F(ProfileTest, FileIsUtf8WithOrWithoutAByteOrderMark)
+{
+    expectRefused("format = json # \xFF\n", "not UTF-8");
+    configure(
+        "\xEF\xBB\xBF"
+        "format = json\nbase-url = \"" +
+        url + "\"\n");
+    EXPECT_THAT(shown({}), StartsWith(json));
+}
+
+TEST_F(ProfileTest, SectionWithoutLinesIsAProfile)
+{
+    configure("base-url = \"" + url + "\"\n[empty]\n[work]\nformat = json\n");
+    EXPECT_THAT(shown({"--profile", "empty"}), StartsWith(table));
 }
 
 }  // namespace

@@ -205,4 +205,38 @@ TEST_F(SessionHostTest, CredentialThatGoesOutAsItStandsIsEncoded)
     }
 }
 
+TEST_F(SessionHostTest, ListArrivesAsItIsTyped)
+{
+    server.otherwise(200, "text/xml", "<kznapi><response><result>SUCCESS</result></response></kznapi>");
+    const std::vector<std::pair<Words, std::string>> cases{
+        {{"user", "profile", "[]"}, "<userID>[]</userID>"},
+        {{"user", "profile", "[a,b]"}, "<userID>[a,b]</userID>"},
+        {{"spaces", "delete", "[w]"}, "<workspaceID>[w]</workspaceID>"},
+        {{"user", "profile", "--", "-x", "--"}, "<userID>-x</userID></user><user><userID>--</userID>"},
+        {{"notify", "--", "W1"}, "<workspaceID>W1</workspaceID>"},
+        {{"members", "invite", "W", "--", "--role"}, "<user><![CDATA[--role]]></user>"},
+        {{"tabs", "order", "W", "--", "a", "b"}, "<tabID>b</tabID><tabOrder>2</tabOrder>"},
+        {{"spaces", "edit", "W", "--name", "--"}, "<workspaceName>--</workspaceName>"},
+    };
+    for (const auto& [words, request] : cases) {
+        const Ended ended = pvwapi(words);
+        EXPECT_EQ(ended.status, 0) << ended.err;
+        ASSERT_FALSE(bodies().empty());
+        EXPECT_THAT(lastRequest(), HasSubstr(request));
+    }
+}
+
+TEST_F(SessionHostTest, CharactersThatXmlDoesNotKnowAreRefusedEverywhere)
+{
+    for (const Words& words : {Words{"spaces", "create", "a\x01"}, Words{"members", "list", "W\x02"},
+                               Words{"av", "create", "--user", "be\x03n"}, Words{"tabs", "list", "\x1b[2J"}}) {
+        const Ended ended = pvwapi(words);
+        EXPECT_EQ(ended.status, 2) << words.front();
+        EXPECT_THAT(ended.err, HasSubstr("holds a character that no request can carry"));
+    }
+    environment["PVWAPI_USER"] = "an\x01na";
+    EXPECT_EQ(pvwapi({"session"}).err, "pvwapi: session: PVWAPI_USER: holds a character that no request can carry\n");
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
 }  // namespace

@@ -144,4 +144,16 @@ TEST_F(HostTest, FileThatIsNoListOfCredentialsIsRefusedWithoutQuotingIt)
     EXPECT_THAT(bodies(), IsEmpty());
 }
 
+TEST_F(HostTest, ValuesThatAreNotTakenAreSaidInPlainWords)
+{
+    expectLocalProblem(pvwapi({"session", "--timeout", "5000000"}),
+                       "--timeout: '5000000' is more than 4000000 seconds; see pvwapi session --help");
+    expectLocalProblem(pvwapi({"spaces", "edit", "W", "--name", "a", "--name", "b"}),
+                       "--name: may be given once only; see pvwapi spaces edit --help");
+    expectLocalProblem(pvwapi({"session", "--base-url", "http://u:p@host/"}),
+                       "a user in the service's address is not taken; see pvwapi help credentials");
+    EXPECT_THAT(pvwapi({"members", "invite", "--help"}).out, HasSubstr(" <user>...\n"));
+    EXPECT_THAT(bodies(), IsEmpty());
+}
+
 }  // namespace

@@ -108,7 +108,7 @@ TEST_F(TerminalHostTest, CtrlCLeavesAGivenSessionOpen)
 TEST_F(TerminalHostTest, CallThatHangsEndsAtOnce)
 {
     environment["PVWAPI_CRED"] = "C1";
-    for (const int number : {SIGINT, SIGTERM}) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         answerAfter(std::chrono::seconds(8));
         const std::size_t before = bodies().size();
         Pty terminal({"session"}, environment);
@@ -141,6 +141,45 @@ TEST_F(TerminalHostTest, WaitForAPipeCanBeEnded)
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     terminal.type(kCtrlC);
     EXPECT_EQ(terminal.end(), 4) << terminal.text();
+    EXPECT_TRUE(bodies().empty());
+}
+
+TEST_F(TerminalHostTest, AnswerStandsBeforeTheSignOutWhichCtrlCEnds)
+{
+    signInAs("C1");
+    succeed();
+    server.otherwise(kzn::test::Script().stall());
+    Pty terminal({"session"}, environment);
+    ASSERT_TRUE(came(3));
+    ASSERT_TRUE(terminal.shows("operationURL"));
+    const auto begin = Clock::now();
+    terminal.type(kCtrlC);
+    EXPECT_EQ(terminal.end(), 0) << terminal.text();
+    EXPECT_LT(Clock::now() - begin, std::chrono::seconds(2));
+}
+
+TEST_F(TerminalHostTest, SignOutTakesThreeSecondsAtMost)
+{
+    signInAs("C1");
+    succeed();
+    server.otherwise(kzn::test::Script().stall());
+    const auto begin = Clock::now();
+    EXPECT_EQ(pvwapi({"session"}).status, 0);
+    EXPECT_LT(Clock::now() - begin, std::chrono::seconds(6));
+}
+
+TEST_F(TerminalHostTest, CtrlCAtTheQuestionStopsTheCommand)
+{
+    Pty terminal({"spaces", "delete", "W1"}, environment);
+    ASSERT_TRUE(terminal.shows("[y/N] "));
+    terminal.type(kCtrlC);
+    EXPECT_EQ(terminal.end(), 4) << terminal.text();
+    EXPECT_THAT(terminal.text(), testing::EndsWith("\r\npvwapi: spaces delete: stopped\r\n"));
+    Pty ended({"spaces", "delete", "W1"}, environment);
+    ASSERT_TRUE(ended.shows("[y/N] "));
+    ended.type("\x04");
+    EXPECT_EQ(ended.end(), 2);
+    EXPECT_THAT(ended.text(), HasSubstr("[y/N] \r\npvwapi: spaces delete: nothing was done"));
     EXPECT_TRUE(bodies().empty());
 }
 

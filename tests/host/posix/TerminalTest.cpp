@@ -21,7 +21,7 @@ const std::vector<Deletion>& deletions()
         {{"spaces", "delete", "W1"}, "Delete workspace W1 with all that it holds? [y/N] "},
         {{"spaces", "leave", "W1"}, "Leave workspace W1? [y/N] "},
         {{"tabs", "delete", "W1", "T1"}, "Delete tab T1 of workspace W1? [y/N] "},
-        {{"members", "remove", "W1", "U\x1b[2J1"}, "Remove U\\u001b[2J1 from workspace W1? [y/N] "},
+        {{"members", "remove", "W1", "U\u202e1"}, "Remove U\\u202e1 from workspace W1? [y/N] "},
         {{"invitations", "withdraw", "W1", "ben"}, "Withdraw the invitation of ben to workspace W1? [y/N] "},
     };
     return all;
