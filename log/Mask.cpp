@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <set>
 #include <utility>
 
 #include "log/Xml.h"
@@ -13,6 +15,7 @@ namespace {
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::size_t kLongestName = 128;
 constexpr std::size_t kShortestSecret = 4;  // what is shorter stands in every other text by accident
+constexpr std::size_t kMostSecrets = 64;    // each of them is looked for in all of the reply
 
 /// The name in a tag, behind its "<" or "</" and without a prefix.
 std::string_view localName(std::string_view behind)
@@ -110,7 +113,7 @@ bool namesSecret(std::string_view before, char separator)
 {
     before = before.substr(0, before.find_last_not_of(" \t") + 1);
     if (separator == ':') {
-        if (!before.ends_with('"')) return false;
+        if (!before.ends_with('"') && !before.ends_with('\'')) return false;
         before.remove_suffix(1);
     }
     return isSecretName(percentDecoded(nameAtEnd(before)));
@@ -157,15 +160,56 @@ std::string withoutValues(std::string_view text)
     return result;
 }
 
-std::string replaced(const std::string& text, const std::string& secret)
+/// Masks the password in "://user:password@" of an address.
+std::string withoutPasswords(std::string_view text)
 {
+    constexpr std::string_view kOpening = "://";
+    std::string result;
+    result.reserve(text.size());
+    for (;;) {
+        const std::size_t at = text.find(kOpening);
+        if (at == kNone) return result.append(text);
+        result.append(text.substr(0, at + kOpening.size()));
+        text.remove_prefix(at + kOpening.size());
+        const std::string_view user = text.substr(0, text.find_first_of("/?# \t\r\n<>\""));
+        const std::size_t end = user.rfind('@');
+        const std::size_t colon = user.substr(0, end).find(':');
+        if (end == kNone || colon == kNone || colon + 1 == end) continue;
+        result.append(user.substr(0, colon + 1)).append(kMask);
+        text.remove_prefix(end);
+    }
+}
+
+/// For each length of a beginning of the text, how long the longest shorter beginning is that also ends it.
+std::vector<std::size_t> overlapsOf(std::string_view text)
+{
+    std::vector<std::size_t> overlaps(text.size() + 1, 0);
+    std::size_t length = 0;
+    for (std::size_t at = 1; at < text.size(); ++at) {
+        while (length > 0 && text[at] != text[length]) length = overlaps[length];
+        if (text[at] == text[length]) ++length;
+        overlaps[at + 1] = length;
+    }
+    return overlaps;
+}
+
+/// Looks at each byte once, so that no text and no secret make it slow.
+std::string replaced(std::string_view text, std::string_view secret)
+{
+    const std::vector<std::size_t> overlaps = overlapsOf(secret);
     std::string result;
     std::size_t begin = 0;
-    for (std::size_t at = text.find(secret); at != kNone; at = text.find(secret, begin)) {
-        result.append(text, begin, at - begin).append(kMask);
-        begin = at + secret.size();
+    std::size_t length = 0;  // how much of the secret ends before `at`
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (length == 0) at = std::min(text.find(secret.front(), at), text.size() - 1);
+        while (length > 0 && text[at] != secret[length]) length = overlaps[length];
+        if (text[at] == secret[length]) ++length;
+        if (length < secret.size()) continue;
+        result.append(text.substr(begin, at + 1 - length - begin)).append(kMask);
+        begin = at + 1;
+        length = 0;
     }
-    return begin == 0 ? text : result.append(text, begin);
+    return result.append(text.substr(begin));
 }
 
 std::string percentEncoded(std::string_view text)
@@ -198,19 +242,20 @@ std::string escaped(std::string_view text)
 
 std::vector<std::string> secretsOf(const Fields& fields)
 {
-    std::vector<std::string> secrets;
+    std::set<std::string_view> values;
+    std::set<std::string, std::greater<>> forms;  // what begins another stands behind it
     for (const Field& field : fields) {
         if (!isSecretName(field.name) || field.value.size() < kShortestSecret) continue;
-        for (std::string form : {field.value, percentEncoded(field.value), escaped(field.value)}) {
-            if (std::ranges::find(secrets, form) == secrets.end()) secrets.push_back(std::move(form));
-        }
+        if (!values.insert(field.value).second) continue;
+        forms.insert({field.value, percentEncoded(field.value), escaped(field.value)});
+        if (values.size() == kMostSecrets) break;
     }
-    return secrets;
+    return {forms.begin(), forms.end()};
 }
 
 std::string masked(std::string_view text, const std::vector<std::string>& secrets)
 {
-    std::string result = withoutValues(withoutElements(text));
+    std::string result = withoutValues(withoutPasswords(withoutElements(text)));
     for (const std::string& secret : secrets) result = replaced(result, secret);
     return result;
 }

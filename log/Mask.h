@@ -12,11 +12,12 @@ namespace logreader {
 /// Stands in the place of a secret.
 constexpr std::string_view kMask = "***";
 
-/// The secret values of a request, in each form in which a reply could repeat them.
+/// The secret values of a request, in each form in which a reply could repeat them: the first 64 values, so that no
+/// request makes its reply slow to show.
 std::vector<std::string> secretsOf(const Fields& fields);
 
 /// A text in which the content of every element, the value of every attribute, form field and JSON member with a
-/// secret's name is masked, and so is every occurrence of what `secrets` holds. Where such an element or a quoted value
+/// secret's name is masked, and so are the password in an address and every occurrence of what `secrets` holds. Where such an element or a quoted value
 /// has no end, the rest of the text is masked.
 std::string masked(std::string_view text, const std::vector<std::string>& secrets = {});
 

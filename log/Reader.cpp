@@ -2,8 +2,10 @@
 
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "log/Calls.h"
@@ -107,13 +109,38 @@ private:
     Output output_;
 };
 
+using InputPointer = std::unique_ptr<system::Input>;
+
+/// Nothing where there is no such file, which for a moment can be so between two files.
+InputPointer opened(const std::string& path)
+try {
+    return std::make_unique<system::Input>(path);
+} catch (const Problem&) {
+    return nullptr;
+}
+
+/// The name under which the library keeps the log before this one, empty for a log that it has not named.
+std::string earlierName(const std::string& path)
+{
+    constexpr std::string_view kEnding = ".txt";
+    return path.ends_with(kEnding) ? path.substr(0, path.size() - kEnding.size()) + ".1.txt" : std::string();
+}
+
+/// Whether a file was begun behind the one and ended before the other.
+bool isBetween(const system::Mark& file, const system::Mark& one, const system::Mark& other)
+{
+    return !file.isSameFile(one) && !file.isSameFile(other) && file.written >= one.written &&
+           file.written <= other.written;
+}
+
 class Reading {
 public:
     Reading(const Options& options, const std::string& file)
         : options_(options),
           printer_(options),
           calls_([this](const Call& call) { printer_.take(call); }),
-          input_(file),
+          file_(file),
+          input_(std::make_unique<system::Input>(file)),
           piece_(kPiece)
     {
     }
@@ -121,7 +148,7 @@ public:
     void run()
     {
         readToEnd();
-        while (options_.follow && input_.isFile() && !printer_.isDone()) {
+        while (options_.follow && input_->isFile() && !printer_.isDone()) {
             printer_.flush();
             std::this_thread::sleep_for(kPause);
             if (readToEnd() == 0) look();
@@ -138,7 +165,7 @@ private:
     {
         std::size_t total = 0;
         while (!printer_.isDone()) {
-            const std::size_t got = input_.read(piece_);
+            const std::size_t got = input_->read(piece_);
             if (got == 0) break;
             calls_.feed({piece_.data(), got});
             total += got;
@@ -150,21 +177,38 @@ private:
     void look()
     {
         calls_.pause();
-        const system::Change change = input_.change();
+        const system::Change change = input_->change();
         if (change == system::Change::none) return;
         if (change == system::Change::replaced) readToEnd();  // what came to the old one meanwhile
-        try {
-            input_.reopen();
-        } catch (const Problem&) {
-            return;  // it is gone again: the next look finds the one behind it
+        InputPointer next = opened(file_);
+        if (!next) return;  // it is gone again: the next look finds the one behind it
+        InputPointer missed = change == system::Change::replaced ? missedBefore(*next) : nullptr;
+        if (missed) {
+            goOn(std::move(missed));
+            readToEnd();
         }
+        goOn(std::move(next));
+    }
+
+    /// The log that was begun and renamed between the present one and `next`, nothing where there was none.
+    InputPointer missedBefore(const system::Input& next) const
+    {
+        InputPointer earlier = opened(earlierName(file_));
+        const bool isMissed = earlier && isBetween(earlier->mark(), input_->mark(), next.mark());
+        return isMissed ? std::move(earlier) : nullptr;
+    }
+
+    void goOn(InputPointer next)
+    {
+        input_ = std::move(next);
         calls_.endFile();
     }
 
     const Options& options_;
     Printer printer_;
     CallReader calls_;
-    system::Input input_;
+    std::string file_;
+    InputPointer input_;
     std::vector<char> piece_;
 };
 

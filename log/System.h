@@ -23,6 +23,15 @@ std::string libraryLog();
 
 enum class Change { none, replaced, cut };
 
+/// Which file it is, and when it was last written.
+struct Mark {
+    std::uint64_t volume = 0;
+    std::uint64_t number = 0;
+    std::int64_t written = 0;  ///< in a unit of the system's own
+
+    bool isSameFile(const Mark& other) const { return volume == other.volume && number == other.number; }
+};
+
 /// A file that others go on writing, may rename and begin anew, or standard input.
 class Input {
 public:
@@ -38,8 +47,8 @@ public:
     /// Whether the path has come to name another file, or the file is shorter than what was read.
     Change change() const;
 
-    /// Goes on at the beginning of the file that the path names now.
-    void reopen();
+    /// Throws Problem.
+    Mark mark() const;
 
     bool isFile() const { return path_ != "-"; }
 

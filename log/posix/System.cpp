@@ -95,11 +95,12 @@ Change Input::change() const
     return isRegular && static_cast<std::uint64_t>(mine.st_size) < position_ ? Change::cut : Change::none;
 }
 
-void Input::reopen()
+Mark Input::mark() const
 {
-    const int file = openFile(path_);
-    ::close(static_cast<int>(std::exchange(handle_, file)));
-    position_ = 0;
+    struct stat status {};
+    if (::fstat(static_cast<int>(handle_), &status) != 0) refuse(path_);
+    constexpr std::int64_t kNanoseconds = 1'000'000'000;
+    return {status.st_dev, status.st_ino, status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec};
 }
 
 }  // namespace logreader::system

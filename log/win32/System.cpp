@@ -71,10 +71,16 @@ std::intptr_t openFile(const std::string& path)
     return reinterpret_cast<std::intptr_t>(file);
 }
 
-bool isSameFile(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other)
+std::uint64_t joined(DWORD high, DWORD low)
 {
-    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber && one.nFileIndexHigh == other.nFileIndexHigh &&
-           one.nFileIndexLow == other.nFileIndexLow;
+    return (std::uint64_t{high} << 32U) | low;
+}
+
+Mark markOf(const BY_HANDLE_FILE_INFORMATION& file)
+{
+    const std::uint64_t written = joined(file.ftLastWriteTime.dwHighDateTime, file.ftLastWriteTime.dwLowDateTime);
+    return {file.dwVolumeSerialNumber, joined(file.nFileIndexHigh, file.nFileIndexLow),
+            static_cast<std::int64_t>(written)};
 }
 
 }  // namespace
@@ -138,17 +144,16 @@ Change Input::change() const
         BY_HANDLE_FILE_INFORMATION other{};
         const bool isKnown = ::GetFileInformationByHandle(named, &other) != FALSE;
         ::CloseHandle(named);
-        if (isKnown && !isSameFile(mine, other)) return Change::replaced;
+        if (isKnown && !markOf(mine).isSameFile(markOf(other))) return Change::replaced;
     }
-    const std::uint64_t size = (std::uint64_t{mine.nFileSizeHigh} << 32U) | mine.nFileSizeLow;
-    return size < position_ ? Change::cut : Change::none;
+    return joined(mine.nFileSizeHigh, mine.nFileSizeLow) < position_ ? Change::cut : Change::none;
 }
 
-void Input::reopen()
+Mark Input::mark() const
 {
-    const std::intptr_t file = openFile(path_);
-    ::CloseHandle(asHandle(std::exchange(handle_, file)));
-    position_ = 0;
+    BY_HANDLE_FILE_INFORMATION file{};
+    if (!::GetFileInformationByHandle(asHandle(handle_), &file)) refuse(path_);
+    return markOf(file);
 }
 
 }  // namespace logreader::system

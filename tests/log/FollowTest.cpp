@@ -55,6 +55,47 @@ TEST_F(FollowTest, LogThatIsRenamedAndBegunAnewIsFollowed)
     EXPECT_THAT(ended.out, HasSubstr("from the new file"));
 }
 
+TEST_F(FollowTest, LogsThatFollowEachOtherAtOnceAreAllRead)
+{
+    write("log.txt", call(kLogout, kSuccess));
+    const Ended ended = follow("3", [&] {
+        append("log.txt", call(kLogout, kSuccess));
+        std::filesystem::rename(path("log.txt"), path("log.1.txt"));
+        write("log.txt", call(kTab, failure("from the log between", "e")));
+        std::filesystem::rename(path("log.txt"), path("log.1.txt"));
+        write("log.txt", call(kTab, failure("from the last log", "e")));
+    });
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_THAT(ended.out, HasSubstr("from the log between"));
+}
+
+TEST_F(FollowTest, LogBehindOneThatWasMissedIsRead)
+{
+    write("log.txt", call(kLogout, kSuccess));
+    const Ended ended = follow("3", [&] {
+        std::filesystem::rename(path("log.txt"), path("log.1.txt"));
+        write("log.txt", call(kTab, failure("from the log between", "e")));
+        std::filesystem::rename(path("log.txt"), path("log.1.txt"));
+        write("log.txt", call(kTab, failure("from the last log", "e")));
+    });
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_THAT(ended.out, HasSubstr("from the last log"));
+}
+
+// The library keeps no log that is empty, so the one before it stays.
+TEST_F(FollowTest, LogFromBeforeIsNotReadWithTheNextOne)
+{
+    write("log.1.txt", call(kLogout, failure("long ago", "e")));
+    wait();
+    write("log.txt", "");
+    const Ended ended = follow("1", [&] {
+        std::filesystem::rename(path("log.txt"), path("gone.txt"));
+        write("log.txt", call(kTab, failure("from the new file", "e")));
+    });
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_THAT(ended.out, HasSubstr("from the new file"));
+}
+
 TEST_F(FollowTest, LogThatIsEmptiedIsFollowed)
 {
     write("log.txt", call(kLogout, kSuccess) + call(kLogout, kSuccess));
