@@ -25,6 +25,13 @@ Credentials withPlaceholders(Credentials credentials, Secrets& secrets)
     return credentials;
 }
 
+/// What there is to say where neither the service nor the library says anything.
+std::string withoutReason(const Wire& wire)
+{
+    if (!wire.replied() || wire.isAnswer()) return "failed without a reason";
+    return "the reply is no answer of the service (HTTP " + std::to_string(wire.status()) + ")";
+}
+
 }  // namespace
 
 Call::Call(const Settings& settings, Values values)
@@ -182,8 +189,9 @@ void Call::check(int result, const std::string& refusal)
     checkNetwork();
     const WAPIMESSAGE message = client_.GetLstMsg();
     std::string reason = message.reason.empty() ? refusal : ToUtf8(message.reason);
-    if (reason.empty()) reason = "failed without a reason";
-    throw OperationFailed(wire_.secrets().maskedLine(reason), ToUtf8(message.exceptionID));
+    if (reason.empty()) reason = withoutReason(wire_);
+    const Secrets& secrets = wire_.secrets();
+    throw OperationFailed(secrets.maskedLine(reason), secrets.maskedLine(ToUtf8(message.exceptionID)));
 }
 
 std::string Call::emptyOne(std::initializer_list<const char*> names) const

@@ -1,8 +1,12 @@
 // The picture of a workspace.
+#include <filesystem>
+#include <fstream>
+
 #include "host/Call.h"
 #include "host/Errors.h"
 #include "host/Network.h"
 #include "host/Progress.h"
+#include "host/Text.h"
 #include "host/Topics.h"
 
 namespace host {
@@ -18,6 +22,12 @@ CStringT fileOf(const Call& call)
             throw LocalProblem("file: an upload cannot carry a name with a quotation mark or a control character");
         }
     }
+    // The library would say the same of it, but as if the service had refused.
+    const std::filesystem::path path(file);
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored) || !std::ifstream(path, std::ios::binary)) {
+        throw LocalProblem("Unable to read the picture: " + ToUtf8(file));
+    }
     return file;
 }
 
@@ -26,7 +36,7 @@ void set(Call& call)
     const CStringT file = fileOf(call);
     const CStringT& cred = call.cred();
     CStringT url;
-    const Progress progress(call.client());
+    const Progress progress(call.client(), call.wire());
     call.check(call.client().SetSpaceIcon(cred, call.xml("workspace"), file, url));
     call.show({{"url", url}});
 }
@@ -39,7 +49,7 @@ void get(Call& call)
     }
     const CStringT cred = call.formCred();
     CStringT localPath;
-    const Progress progress(call.client());
+    const Progress progress(call.client(), call.wire());
     call.check(call.client().GetSpaceIcon(cred, url, localPath));
     call.show({{"localPath", localPath}});
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <optional>
+#include <utility>
 
 #include "host/Encoding.h"
 #include "host/Text.h"
@@ -51,16 +53,55 @@ std::string_view nameAt(std::string_view text, std::size_t at)
     return text.substr(at, end - at);
 }
 
-/// The content of the element whose name ends at `at`, up to its end tag or, without one, the end of the text.
+/// The `>` of the tag whose name ends at `at`, not one between quotes; the end of the text where there is none.
+std::size_t tagEnd(std::string_view text, std::size_t at)
+{
+    for (char quote = 0; at < text.size(); ++at) {
+        if (quote != 0) quote = text[at] == quote ? '\0' : quote;
+        else if (text[at] == '>') return at;
+        else if (text[at] == '"' || text[at] == '\'') quote = text[at];
+    }
+    return at;
+}
+
+/// Behind the comment, the CDATA section or the instruction that begins at `at`, in which no tag is one; `at` where
+/// none does.
+std::size_t behindSection(std::string_view text, std::size_t at)
+{
+    using Pair = std::pair<std::string_view, std::string_view>;
+    for (const auto& [begin, end] : {Pair{"<!--", "-->"}, Pair{"<![CDATA[", "]]>"}, Pair{"<?", "?>"}}) {
+        if (!text.substr(at).starts_with(begin)) continue;
+        const std::size_t found = text.find(end, at + begin.size());
+        return found == std::string_view::npos ? text.size() : found + end.size();
+    }
+    return at;
+}
+
+/// Whether the tag's name that begins at `at` is this one.
+bool isNamed(std::string_view text, std::size_t at, std::string_view name)
+{
+    const std::size_t end = at + name.size();
+    const bool isWhole = end >= text.size() || !isNameCharacter(text[end]);
+    return isWhole && equalsIgnoringCase(text.substr(std::min(at, text.size()), name.size()), name);
+}
+
+/// The content of the element whose name ends at `at`, up to its own end tag or, without one, the end of the text.
 Span contentOf(std::string_view text, std::string_view name, std::size_t at)
 {
-    const std::size_t close = text.find('>', at);
-    if (close == std::string_view::npos) return {text.size(), text.size()};
+    const std::size_t close = tagEnd(text, at);
+    if (close == text.size()) return {at, close};
     if (text[close - 1] == '/') return {close + 1, close + 1};
-    for (std::size_t tag = text.find("</", close); tag != std::string_view::npos; tag = text.find("</", tag + 1)) {
-        const std::size_t end = tag + 2 + name.size();
-        const bool isWhole = end >= text.size() || !isNameCharacter(text[end]);
-        if (isWhole && equalsIgnoringCase(text.substr(tag + 2, name.size()), name)) return {close + 1, tag};
+    int depth = 1;
+    for (std::size_t tag = close; (tag = text.find('<', tag)) != std::string_view::npos;) {
+        const std::size_t behind = behindSection(text, tag);
+        const bool isBegin = behind == tag && isNamed(text, tag + 1, name);
+        const std::size_t end = isBegin ? tagEnd(text, tag) : std::max(behind, tag + 1);
+        if (end == text.size()) break;
+        if (isBegin && text[end - 1] != '/') ++depth;
+        if (behind == tag && text[tag + 1] == '/' && isNamed(text, tag + 2, name) && --depth == 0) {
+            return {close + 1, tag};
+        }
+        tag = end;
     }
     return {close + 1, text.size()};
 }
@@ -70,6 +111,13 @@ Span parameterOf(std::string_view text, std::size_t at)
 {
     if (at == text.size() || text[at] != '=') return {at, at};
     return {at + 1, std::min(text.find_first_of(kValueEnds, at + 1), text.size())};
+}
+
+/// Whether an odd number of backslashes stands before it.
+bool isEscaped(std::string_view text, std::size_t at)
+{
+    const std::size_t last = text.substr(0, at).find_last_not_of('\\');
+    return (at - (last == std::string_view::npos ? 0 : last + 1)) % 2 == 1;
 }
 
 /// The value of name = "value" or "name": "value".
@@ -84,7 +132,12 @@ Span valueOf(std::string_view text, std::size_t at)
     const bool isQuoted = begin < text.size() && (text[begin] == '"' || text[begin] == '\'');
     const std::string_view ends = isQuoted ? text.substr(begin, 1) : kValueEnds;
     if (isQuoted) ++begin;
-    return {begin, std::min(text.find_first_of(ends, begin), text.size())};
+    std::size_t end = text.find_first_of(ends, begin);
+    // JSON has quotes inside of its texts.
+    while (isQuoted && text[sign] == ':' && end != std::string_view::npos && isEscaped(text, end)) {
+        end = text.find_first_of(ends, end + 1);
+    }
+    return {begin, std::min(end, text.size())};
 }
 
 std::string replacedAll(std::string text, const std::string& what, std::string_view with)
@@ -108,6 +161,43 @@ std::string withoutUserInfo(std::string text)
     return text;
 }
 
+/// The byte that a percent escape at `at` stands for, where one does.
+std::optional<char> escapeAt(std::string_view text, std::size_t at)
+{
+    unsigned value = 0;
+    const std::string_view digits = text.substr(at + 1, 2);
+    const bool isEscape = text[at] == '%' && digits.size() == 2 &&
+                          std::from_chars(digits.data(), digits.data() + 2, value, 16).ptr == digits.data() + 2;
+    return isEscape ? std::optional(static_cast<char>(value)) : std::nullopt;
+}
+
+/// Where each byte of the decoded text begins in the encoded one, and where that ends.
+std::vector<std::size_t> placesIn(std::string_view encoded)
+{
+    std::vector<std::size_t> places{0};
+    while (places.back() < encoded.size()) places.push_back(places.back() + (escapeAt(encoded, places.back()) ? 3 : 1));
+    return places;
+}
+
+/// The value as it was encoded, but for the masks that `shown` has in what it says decoded.
+std::string maskedAs(std::string_view value, const std::string& decoded, std::string_view shown)
+{
+    const std::vector<std::size_t> places = placesIn(value);
+    std::string result;
+    for (std::size_t at = 0;;) {
+        const std::size_t mask = shown.find(kMask);
+        const std::string_view kept = shown.substr(0, mask);
+        const bool isLast = mask == std::string_view::npos;
+        at = isLast ? decoded.size() - std::min(kept.size(), decoded.size()) : decoded.find(kept, at);
+        if (at == std::string::npos) return std::string(kMask);
+        result += value.substr(places[at], places[at + kept.size()] - places[at]);
+        if (isLast) return result;
+        result += kMask;
+        at += kept.size();
+        shown.remove_prefix(mask + kMask.size());
+    }
+}
+
 }  // namespace
 
 bool isSecretName(std::string_view name)
@@ -125,12 +215,9 @@ std::string percentDecoded(std::string_view text)
 {
     std::string result;
     for (std::size_t at = 0; at < text.size(); ++at) {
-        unsigned value = 0;
-        const std::string_view digits = text.substr(at + 1, 2);
-        const bool escape = text[at] == '%' && digits.size() == 2 &&
-                            std::from_chars(digits.data(), digits.data() + 2, value, 16).ptr == digits.data() + 2;
-        result.push_back(escape ? static_cast<char>(value) : text[at]);
-        if (escape) at += 2;
+        const std::optional<char> byte = escapeAt(text, at);
+        result.push_back(byte.value_or(text[at]));
+        if (byte) at += 2;
     }
     return result;
 }
@@ -216,7 +303,7 @@ std::string Secrets::maskedForm(std::string_view form) const
         const std::string decoded = percentDecoded(value);
         const std::string shown = maskedField(percentDecoded(piece.substr(0, sign)), decoded);
         result += std::string(at == 0 ? "" : "&") + std::string(piece.substr(0, piece.size() - value.size()));
-        result += shown == decoded ? std::string(value) : shown == kMask ? shown : ToUtf8(percentOf(FromUtf8(shown)));
+        result += maskedAs(value, decoded, shown);
         at = end + 1;
     }
     return result;

@@ -34,9 +34,9 @@ std::string progressBar(std::size_t done, std::size_t whole, std::size_t width)
            std::string(3 - std::min<std::size_t>(percent.size(), 3), ' ') + percent + " % of " + kilobytes(whole);
 }
 
-Progress::Progress(CWapiClient& client) : client_(client)
+Progress::Progress(CWapiClient& client, const Wire& wire) : client_(client)
 {
-    if (!system::errorIsTerminal()) return;
+    if (wire.tells() || !system::errorIsTerminal()) return;
     width_ = system::terminalWidth();
     client_.onTransferProgress([this](std::size_t done, std::size_t whole) {
         show(progressBar(done, whole, width_));

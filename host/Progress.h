@@ -5,6 +5,7 @@
 #include <string>
 
 #include "client/WapiClient.h"
+#include "host/Wire.h"
 
 namespace host {
 
@@ -13,9 +14,10 @@ namespace host {
 std::string progressBar(std::size_t done, std::size_t whole, std::size_t width);
 
 /// Shows the client's transfers on standard error while it lives, if that is a terminal, and takes the bar away after.
+/// No bar where the exchanges are told there: they would stand on its line.
 class Progress {
 public:
-    explicit Progress(CWapiClient& client);
+    Progress(CWapiClient& client, const Wire& wire);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress();

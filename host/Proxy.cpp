@@ -23,12 +23,14 @@ CStringT headerLines(const Call& call)
     return lines;
 }
 
-/// The client keeps no message of such a call, so the reply itself has to say what went wrong.
-std::string refusal(const CStringT& reply)
+/// The client keeps no message of such a call, so the reply itself has to say what went wrong. It is masked as a whole:
+/// half a secret would be none that anybody knows.
+std::string refusal(const CStringT& reply, const Secrets& secrets)
 {
     if (reply.empty()) return "no reply";
-    return "the reply is not a success: " + ToUtf8(reply.substr(0, kQuotedReply)) +
-           (reply.size() > kQuotedReply ? "…" : "");
+    const CStringT shown = FromUtf8(secrets.masked(ToUtf8(reply)));
+    return "the reply is not a success: " + ToUtf8(shown.substr(0, kQuotedReply)) +
+           (shown.size() > kQuotedReply ? "…" : "");
 }
 
 void proxy(Call& call)
@@ -46,7 +48,7 @@ void proxy(Call& call)
     const int result = call.client().WapiProxyCall(cred, command, method, url, headers, withCred ? 1 : 0, reply);
     call.checkNetwork();
     // Without a credential nobody looks into the reply: that there is one is all the success there can be.
-    if (withCred ? result != 1 : reply.empty()) throw OperationFailed(refusal(reply));
+    if (withCred ? result != 1 : reply.empty()) throw OperationFailed(refusal(reply, call.wire().secrets()));
     call.showText("reply", reply);
 }
 

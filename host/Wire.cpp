@@ -91,7 +91,7 @@ std::string operationOf(const Exchange& exchange)
 }
 
 /// What the service made of it, in its own word.
-std::string resultOf(const Exchange& exchange)
+std::string resultOf(const Exchange& exchange, const Secrets& secrets)
 {
     if (exchange.status < 0) return "no reply";
     constexpr std::string_view kResult = "<result>";
@@ -99,7 +99,7 @@ std::string resultOf(const Exchange& exchange)
     const std::size_t at = exchange.reply.find(kResult);
     if (at == std::string_view::npos) return "no result";
     const std::string_view rest = exchange.reply.substr(at + kResult.size());
-    return std::string(rest.substr(0, std::min(rest.find('<'), kLongest)));
+    return secrets.masked(rest.substr(0, rest.find('<'))).substr(0, kLongest);
 }
 
 std::size_t bytesOf(const Exchange& exchange)
@@ -124,12 +124,12 @@ std::string now()
            digits(duration_cast<milliseconds>(today % seconds(1)).count(), 3) + "Z";
 }
 
-std::string summaryOf(const Exchange& exchange)
+std::string summaryOf(const Exchange& exchange, const Secrets& secrets)
 {
     const std::string status = exchange.status < 0 ? "" : "HTTP " + std::to_string(exchange.status) + ", ";
-    return now() + " " + operationOf(exchange) + ": " + std::to_string(bytesOf(exchange)) + " bytes out, " +
-           std::to_string(exchange.reply.size()) + " in, " + status + resultOf(exchange) + ", " +
-           std::to_string(exchange.milliseconds) + " ms";
+    return now() + " " + secrets.masked(operationOf(exchange)) + ": " + std::to_string(bytesOf(exchange)) +
+           " bytes out, " + std::to_string(exchange.reply.size()) + " in, " + status + resultOf(exchange, secrets) +
+           ", " + std::to_string(exchange.milliseconds) + " ms";
 }
 
 /// Every line with something before it, on standard error, where no line can be more than a line.
@@ -174,10 +174,12 @@ bool Wire::begins(const Exchange& exchange)
 void Wire::ends(const Exchange& exchange)
 {
     replied_ = exchange.status > 0;
+    status_ = exchange.status;
+    isAnswer_ = exchange.reply.find("</result>") != std::string_view::npos;
     if (sight_.verbosity > 1 && replied_) {
         tell("HTTP " + std::to_string(exchange.status) + "\n" + readable(secrets_.masked(exchange.reply)), "< ");
     }
-    if (sight_.verbosity > 0) tell(harmless(std::string_view(summaryOf(exchange))), "pvwapi: ");
+    if (sight_.verbosity > 0) tell(harmless(std::string_view(summaryOf(exchange, secrets_))), "pvwapi: ");
 }
 
 void Wire::keep(const Exchange& exchange)

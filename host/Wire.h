@@ -26,14 +26,21 @@ public:
     ~Wire();
 
     Secrets& secrets() { return secrets_; }
+    const Secrets& secrets() const { return secrets_; }
 
     /// From now on no exchange begins, until they are let through again. From any thread.
     void stop() { stopped_ = true; }
     void goOn() { stopped_ = false; }
     bool isStopped() const { return stopped_; }
 
+    /// Whether standard error is told of each exchange.
+    bool tells() const { return sight_.verbosity > 0; }
+
     /// Whether the last exchange brought a whole reply.
     bool replied() const { return replied_; }
+    /// Its HTTP status, and whether it says what the service made of the request.
+    int status() const { return status_; }
+    bool isAnswer() const { return isAnswer_; }
 
     /// The request that was not sent, as text or as JSON; empty where none was made.
     const std::string& request() const { return request_; }
@@ -54,6 +61,8 @@ private:
     Secrets secrets_;
     std::atomic<bool> stopped_ = false;
     bool replied_ = false;
+    int status_ = 0;
+    bool isAnswer_ = false;
     std::string request_;
     Json requestAsJson_;
 };

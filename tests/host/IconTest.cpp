@@ -26,9 +26,12 @@ TEST_F(SessionHostTest, PictureGoesUpByteForByteAndTheAddressIsShown)
 
 TEST_F(SessionHostTest, PictureThatCannotBeReadIsNamed)
 {
-    const Ended ended = pvwapi({"icon", "set", "W1", path("absent.png")});
-    EXPECT_EQ(ended.status, 1);
-    EXPECT_EQ(ended.err, "pvwapi: icon set: Unable to read the picture: " + path("absent.png") + "\n");
+    std::filesystem::create_directory(path("folder"));
+    for (const char* const name : {"absent.png", "folder"}) {
+        const Ended ended = pvwapi({"icon", "set", "W1", path(name)});
+        EXPECT_EQ(ended.status, 2) << name;
+        EXPECT_EQ(ended.err, "pvwapi: icon set: Unable to read the picture: " + path(name) + "\n");
+    }
     EXPECT_TRUE(bodies().empty());
 }
 

@@ -45,6 +45,20 @@ TEST_F(ProxyHostTest, RefusalQuotesTheReply)
     EXPECT_EQ(ended.err, "pvwapi: proxy: the reply is not a success: <kznapi>\\u000a" + std::string(291, 'x') + "…\n");
 }
 
+TEST_F(ProxyHostTest, RefusalQuotesNoSecret)
+{
+    environment["PVWAPI_CRED"] = "geheim-0815";
+    server.reply(200, "text/xml",
+                 "<kznapi><cred>other1</cred><myPassword>other2</myPassword>{\"token\":\"other3\"}geheim-0815" +
+                     std::string(192, 'x') + "geheim-0815</kznapi>");
+    const Ended ended = pvwapi({"proxy", "cmd=x"});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.err,
+              "pvwapi: proxy: the reply is not a success: <kznapi><cred>***</cred><myPassword>***</myPassword>"
+              "{\"token\":\"***\"}***" +
+                  std::string(192, 'x') + "***</kznapi>\n");
+}
+
 TEST_F(ProxyHostTest, SignInIsNotAllowedThisWay)
 {
     for (const char* const word : {"--format=table", "--no-cred"}) {

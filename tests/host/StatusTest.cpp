@@ -34,6 +34,30 @@ TEST_F(SessionHostTest, RefusalIsAnObjectInJson)
     EXPECT_EQ(errorOf(ended), expected);
 }
 
+TEST_F(SessionHostTest, ExceptionIdentifierIsMaskedToo)
+{
+    environment["PVWAPI_CRED"] = "geheim-0815";
+    refuse("No", "X:geheim-0815 cred=abc");
+    EXPECT_EQ(pvwapi({"spaces", "list"}).err, "pvwapi: spaces list: No (X:*** cred=***)\n");
+    refuse("No", "X:geheim-0815 cred=abc");
+    EXPECT_EQ(errorOf(pvwapi({"spaces", "list", "--format", "json"})).at("exceptionID"), "X:*** cred=***");
+}
+
+TEST_F(SessionHostTest, ReplyThatIsNoAnswerIsNamedWithItsStatus)
+{
+    for (const int status : {200, 302, 307, 404, 500}) {
+        for (const char* const reply : {"", "<html>no</html>", "not XML"}) {
+            server.reply(status, "text/html", reply);
+            const Ended ended = pvwapi({"spaces", "list"});
+            EXPECT_EQ(ended.status, 1);
+            EXPECT_EQ(ended.err, "pvwapi: spaces list: the reply is no answer of the service (HTTP " +
+                                     std::to_string(status) + ")\n");
+        }
+    }
+    server.reply(200, "text/xml", "<kznapi><response><result>FAILURE</result></response></kznapi>");
+    EXPECT_EQ(pvwapi({"spaces", "list"}).err, "pvwapi: spaces list: failed without a reason\n");
+}
+
 TEST_F(SessionHostTest, WordsThatMakeNoCommandAreAnObjectToo)
 {
     for (const Words& words : {Words{"--format", "json", "frob"}, Words{"--format=json", "frob"}}) {

@@ -86,6 +86,38 @@ TEST_F(HostTest, SecretsAreMaskedWhereverTheyStand)
                                  HasSubstr("<Password>***</Password>"), HasSubstr("?cred=***&amp;a=1")));
 }
 
+TEST_F(SessionHostTest, ElementOfASecretIsMaskedUpToItsOwnEnd)
+{
+    const std::vector<std::string> elements{
+        "<myPassword><![CDATA[</myPassword>SECRET]]></myPassword>",
+        "<cred><cred>in</cred>SECRET</cred>",
+        "<cred><cred/><cred a='/>'>in</cred>SECRET</cred>",
+        "<cred><!-- </cred> -->SECRET</cred>",
+        "<cred><?x </cred>?>SECRET</cred>",
+        "<cred a=\"/>\">SECRET</cred>",
+        "<cred a=\"SECRET",
+        "<cred><![CDATA[</cred>SECRET",
+        R"({"token":"a\"SECRET"})",
+    };
+    for (const std::string& element : elements) {
+        server.reply(200, "text/xml", "<a><b>open</b>" + element);
+        const Ended ended = pvwapi({"session", "-vv"});
+        EXPECT_THAT(ended.err, AllOf(HasSubstr("open"), HasSubstr("***"), Not(HasSubstr("SECRET")))) << element;
+    }
+    server.reply(200, "text/xml", "<a><cred><cred/>x<cred>y</cred></cred><b>behind</b></a>");
+    EXPECT_THAT(pvwapi({"session", "-vv"}).err, HasSubstr("<cred>***</cred>\n<   <b>behind</b>"));
+}
+
+TEST_F(SessionHostTest, ResultOfAnExchangeIsMasked)
+{
+    environment["PVWAPI_CRED"] = "geheim-0815-geheim-0815";
+    server.reply(200, "text/xml", "<kznapi><result>geheim-0815-geheim-0815</result></kznapi>");
+    const std::string err = pvwapi({"session", "-v"}).err;
+    EXPECT_THAT(err, AllOf(HasSubstr("HTTP 200, ***, "), Not(HasSubstr("geheim"))));
+    server.reply(200, "text/xml", "<kznapi><result>a token=xyz</result></kznapi>");
+    EXPECT_THAT(pvwapi({"session", "-v"}).err, HasSubstr("HTTP 200, a token=***, "));
+}
+
 TEST_F(HostTest, SecretsAreShownToWhoeverAsksForThem)
 {
     signInAs("C1");
@@ -183,11 +215,28 @@ TEST_F(SessionHostTest, DryRunMasksAndShowsTheFirstOfSeveralRequests)
 {
     EXPECT_THAT(pvwapi({"av", "create", "--dry-run"}).out, HasSubstr("\n\ncmd=get&cred=***&type=user&"));
     EXPECT_THAT(pvwapi({"proxy", "x=%3Ccred%3Eabc%3C%2Fcred%3E", "--no-cred", "--dry-run"}).out,
-                HasSubstr("\n\nx=%3Ccred%3E%2A%2A%2A%3C%2Fcred%3E\n"));
+                HasSubstr("\n\nx=%3Ccred%3E***%3C%2Fcred%3E\n"));
     EXPECT_THAT(pvwapi({"icon", "get", server.address("/i.png"), "--dry-run"}).out,
                 StartsWith("GET " + server.address("/i.png?cred=***") + "\n"));
     EXPECT_EQ(pvwapi({"spaces", "test", "--dry-run"}).out, "");
     EXPECT_THAT(bodies(), IsEmpty());
+}
+
+TEST_F(SessionHostTest, DryRunLeavesWhatIsNotMaskedAsItGoesOut)
+{
+    for (const Words& words : {Words{"spaces", "create", "X & <cred>ab</cred> é"}, Words{"proxy", "x=<a%3e%41</a>"}}) {
+        Words dry = words;
+        dry.insert(dry.end(), {"--dry-run", "--show-secrets", "--format", "json"});
+        std::string body = json::parse(pvwapi(dry).out, nullptr, false).at("request").at("body");
+        dry.erase(dry.end() - 3);
+        for (const std::string secret : {"C1", "ab"}) {
+            const std::size_t at = body.find(secret);
+            if (at != std::string::npos) body.replace(at, secret.size(), "***");
+        }
+        EXPECT_EQ(json::parse(pvwapi(dry).out, nullptr, false).at("request").at("body"), body);
+    }
+    EXPECT_THAT(pvwapi({"proxy", "x=<cred>%41b</cred>%3cc>%zz{\"token\":\"q\"}", "--dry-run"}).out,
+                HasSubstr("\n\nx=<cred>***</cred>%3cc>%zz{\"token\":\"***\"}&cred=***\n"));
 }
 
 TEST_F(SessionHostTest, DryRunMeasuresThePicture)

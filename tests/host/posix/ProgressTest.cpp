@@ -30,6 +30,16 @@ TEST_F(SessionHostTest, BarFitsANarrowTerminal)
     EXPECT_THAT(ended.out, HasSubstr("\r[################] 100 % of "));
 }
 
+TEST_F(SessionHostTest, NoBarStandsBeforeTheLineOfAnExchange)
+{
+    writeFile(path("picture.jpg"), std::string(std::size_t{3} << 20, 'x'), true);
+    succeed("<return><url>http://x/1</url></return>");
+    const Ended ended = onTerminal({"icon", "set", "W1", path("picture.jpg"), "-v"}, environment);
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_THAT(ended.out, testing::StartsWith("pvwapi: "));
+    EXPECT_THAT(ended.out, testing::Not(HasSubstr("[#")));
+}
+
 TEST_F(SessionHostTest, OtherCommandsShowNoBar)
 {
     succeed("<return></return>");
