@@ -113,7 +113,7 @@ bool namesSecret(std::string_view before, char separator)
 {
     before = before.substr(0, before.find_last_not_of(" \t") + 1);
     if (separator == ':') {
-        if (!before.ends_with('"')) return false;
+        if (!before.ends_with('"') && !before.ends_with('\'')) return false;
         before.remove_suffix(1);
     }
     return isSecretName(percentDecoded(nameAtEnd(before)));
@@ -158,6 +158,26 @@ std::string withoutValues(std::string_view text)
         if (isSecret) maskValue(text, result);
     }
     return result;
+}
+
+/// Masks the password in "://user:password@" of an address.
+std::string withoutPasswords(std::string_view text)
+{
+    constexpr std::string_view kOpening = "://";
+    std::string result;
+    result.reserve(text.size());
+    for (;;) {
+        const std::size_t at = text.find(kOpening);
+        if (at == kNone) return result.append(text);
+        result.append(text.substr(0, at + kOpening.size()));
+        text.remove_prefix(at + kOpening.size());
+        const std::string_view user = text.substr(0, text.find_first_of("/?# \t\r\n<>\""));
+        const std::size_t end = user.rfind('@');
+        const std::size_t colon = user.substr(0, end).find(':');
+        if (end == kNone || colon == kNone || colon + 1 == end) continue;
+        result.append(user.substr(0, colon + 1)).append(kMask);
+        text.remove_prefix(end);
+    }
 }
 
 /// For each length of a beginning of the text, how long the longest shorter beginning is that also ends it.
@@ -235,7 +255,7 @@ std::vector<std::string> secretsOf(const Fields& fields)
 
 std::string masked(std::string_view text, const std::vector<std::string>& secrets)
 {
-    std::string result = withoutValues(withoutElements(text));
+    std::string result = withoutValues(withoutPasswords(withoutElements(text)));
     for (const std::string& secret : secrets) result = replaced(result, secret);
     return result;
 }

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "log/Problem.h"
@@ -17,6 +18,22 @@ constexpr const char* kFooter =
     "data; - is standard input. Passwords, tokens and credentials are masked.\n"
     "Exit status: 0 done, 2 the command line, the file or this machine is at fault.";
 
+/// Whether each part of a time that has the right shape is in its range, as far as its digits are there.
+bool isInRange(std::string_view time)
+{
+    struct Part {
+        std::size_t begin;
+        std::string_view least;
+        std::string_view most;
+    };
+    static constexpr std::array kParts = {Part{5, "01", "12"}, Part{8, "01", "31"}, Part{11, "00", "23"},
+                                          Part{14, "00", "59"}, Part{17, "00", "60"}};
+    return std::ranges::all_of(kParts, [&](const Part& part) {
+        const std::string_view is = time.substr(std::min(part.begin, time.size()), part.least.size());
+        return is >= part.least.substr(0, is.size()) && is <= part.most.substr(0, is.size());
+    });
+}
+
 /// A time or its beginning, such as a day.
 std::string timeProblem(const std::string& text)
 {
@@ -25,7 +42,8 @@ std::string timeProblem(const std::string& text)
                       std::equal(text.begin(), text.end(), kShape.begin(), [](char is, char shape) {
                           return shape == '0' ? is >= '0' && is <= '9' : is == shape;
                       });
-    return fits ? std::string() : "'" + text + "' is no time such as 2026-01-31 or '2026-01-31 23:59'";
+    return fits && isInRange(text) ? std::string()
+                                   : "'" + text + "' is no time such as 2026-01-31 or '2026-01-31 23:59'";
 }
 
 std::string numberProblem(const std::string& text)

@@ -79,6 +79,8 @@ TEST_F(LogProgramTest, CallsAreChosen)
     EXPECT_EQ(count({"--until", "2026-01-31"}), 3U);
     EXPECT_EQ(count({"--since", "2026-01-31 23:59:59"}), 0U);
     EXPECT_EQ(count({"--until", "2026-01-30"}), 0U);
+    EXPECT_EQ(count({"--since", "2026-0"}), 3U);
+    EXPECT_EQ(count({"--since", "2025-12-31 23:59:60"}), 3U);
 }
 
 TEST_F(LogProgramTest, DetailsOfOneAndOfAll)
@@ -139,6 +141,10 @@ TEST_F(LogProgramTest, ProblemIsOneLineAndStatus2)
         {{"--call", "-1", "x"}, "--call"},
         {{"--call", "4", path("log.txt")}, "there is no call 4: the log has 3"},
         {{"--since", "yesterday"}, "'yesterday' is no time"},
+        {{"--since", "2026-13"}, "'2026-13' is no time"},
+        {{"--since", "2026-2"}, "'2026-2' is no time"},
+        {{"--until", "2026-01-00"}, "'2026-01-00' is no time"},
+        {{"--until", "2026-01-31 24"}, "'2026-01-31 24' is no time"},
         {{"--\x1b[2J"}, "\\u001b[2J"},
     };
     for (const auto& [words, message] : cases) {
