@@ -17,8 +17,8 @@ constexpr std::string_view kMask = "***";
 std::vector<std::string> secretsOf(const Fields& fields);
 
 /// A text in which the content of every element, the value of every attribute, form field and JSON member with a
-/// secret's name is masked, and so are the password in an address and every occurrence of what `secrets` holds. Where such an element or a quoted value
-/// has no end, the rest of the text is masked.
+/// secret's name is masked, and so are the password in an address and every occurrence of what `secrets` holds. Where
+/// such an element or a quoted value has no end, the rest of the text is masked.
 std::string masked(std::string_view text, const std::vector<std::string>& secrets = {});
 
 /// The same for the values of a request.

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "log/Problem.h"
+#include "log/Text.h"
 
 namespace logreader {
 
@@ -80,9 +81,17 @@ void declare(CLI::App& app, Options& options)
     app.add_flag("--show-secrets", options.showSecrets, "Mask nothing");
 }
 
+std::string helpOf(const CLI::App& app, std::size_t columns)
+{
+    constexpr std::size_t kNarrow = 80;
+    constexpr std::size_t kFirstOfNarrow = 6;  // descriptions stand below their options then
+    if (columns > 0 && columns < kNarrow) app.get_formatter()->column_width(kFirstOfNarrow);
+    return columns > 0 ? wrapped(app.help(), columns) : app.help();
+}
+
 }  // namespace
 
-Options readOptions(std::vector<std::string> words)
+Options readOptions(std::vector<std::string> words, std::size_t columns)
 {
     Options options;
     CLI::App app(kSummary, "pvwapi-log");
@@ -91,7 +100,7 @@ Options readOptions(std::vector<std::string> words)
     try {
         app.parse(std::move(words));
     } catch (const CLI::CallForHelp&) {
-        options.help = app.help();
+        options.help = helpOf(app, columns);
     } catch (const CLI::CallForVersion& version) {
         options.help = std::string(version.what()) + '\n';
     } catch (const CLI::ParseError& error) {

@@ -1,6 +1,7 @@
 // What the command line asks for.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -21,7 +22,7 @@ struct Options {
     std::string help;  ///< to be printed in the place of everything else
 };
 
-/// Throws Problem where the words make no sense.
-Options readOptions(std::vector<std::string> words);
+/// The help fits into so many columns, 0 for any number. Throws Problem where the words make no sense.
+Options readOptions(std::vector<std::string> words, std::size_t columns);
 
 }  // namespace logreader

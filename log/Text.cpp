@@ -127,4 +127,25 @@ std::string fitted(std::string line, std::size_t columns)
     return line;
 }
 
+std::string wrapped(std::string_view lines, std::size_t columns)
+{
+    std::string result;
+    while (!lines.empty()) {
+        std::string_view line = lines.substr(0, lines.find('\n'));
+        lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+        const std::size_t gap = line.rfind("  ");
+        const std::size_t indent = gap == std::string_view::npos ? 0 : gap + 2;
+        std::size_t taken = 0;  // by the blanks before what is left of the line
+        while (indent < columns && line.size() > columns - taken) {
+            const std::size_t blank = line.rfind(' ', columns - taken);
+            if (blank == std::string_view::npos || blank + taken < indent) break;
+            result.append(line.substr(0, blank)).append("\n").append(indent, ' ');
+            line.remove_prefix(blank + 1);
+            taken = indent;
+        }
+        result.append(line).append("\n");
+    }
+    return result;
+}
+
 }  // namespace logreader

@@ -15,4 +15,8 @@ std::string harmless(std::string_view text, std::string_view kept = {});
 /// What of a harmless line fits into so many columns; where something is cut off, the last of them is "…".
 std::string fitted(std::string line, std::size_t columns);
 
+/// Lines that are broken at blanks where they do not fit into so many columns. What goes on stands below the text of
+/// its line, which begins behind the last two blanks in a row.
+std::string wrapped(std::string_view lines, std::size_t columns);
+
 }  // namespace logreader

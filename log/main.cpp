@@ -17,7 +17,7 @@ constexpr int kProblem = 2;
 
 void run(const std::vector<std::string>& words)
 {
-    const Options options = readOptions(words);
+    const Options options = readOptions(words, system::outputColumns());
     if (options.help.empty()) return readLog(options);
     const bool isWritten = std::fputs(options.help.c_str(), stdout) >= 0;
     if (!isWritten || std::fflush(stdout) != 0) throw Problem("the output cannot be written");

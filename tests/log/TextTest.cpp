@@ -40,4 +40,15 @@ TEST(LogText, LineIsCutToItsColumns)
     EXPECT_EQ(fitted("", 1), "");
 }
 
+TEST(LogText, LinesAreBrokenAtBlanks)
+{
+    EXPECT_EQ(wrapped("one two three\n\nfour\n", 8), "one two\nthree\n\nfour\n");
+    EXPECT_EQ(wrapped("  -x    one two three", 12), "  -x    one\n        two\n        three\n");
+    EXPECT_EQ(wrapped("    one two three", 12), "    one two\n    three\n");
+    EXPECT_EQ(wrapped("one two", 7), "one two\n");
+    EXPECT_EQ(wrapped("onetwothree four", 8), "onetwothree four\n");
+    EXPECT_EQ(wrapped("  -x    one two", 4), "  -x    one two\n");
+    EXPECT_EQ(wrapped("", 4), "");
+}
+
 }  // namespace
