@@ -85,6 +85,23 @@ bool isNamed(std::string_view text, std::size_t at, std::string_view name)
     return isWhole && equalsIgnoringCase(text.substr(std::min(at, text.size()), name.size()), name);
 }
 
+/// A piece of markup: where the search goes on behind it, and by how much it changes the number of open elements.
+struct Step {
+    std::size_t end = 0;
+    int depth = 0;
+};
+
+/// The markup that begins at `at`, as those see it who count the elements of this name.
+Step stepAt(std::string_view text, std::size_t at, std::string_view name)
+{
+    const std::size_t behind = behindSection(text, at);
+    if (behind != at) return {behind, 0};
+    if (text.substr(at).starts_with("</")) return {at + 1, isNamed(text, at + 2, name) ? -1 : 0};
+    if (!isNamed(text, at + 1, name)) return {at + 1, 0};
+    const std::size_t end = tagEnd(text, at);
+    return {end, end < text.size() && text[end - 1] == '/' ? 0 : 1};
+}
+
 /// The content of the element whose name ends at `at`, up to its own end tag or, without one, the end of the text.
 Span contentOf(std::string_view text, std::string_view name, std::size_t at)
 {
@@ -93,15 +110,10 @@ Span contentOf(std::string_view text, std::string_view name, std::size_t at)
     if (text[close - 1] == '/') return {close + 1, close + 1};
     int depth = 1;
     for (std::size_t tag = close; (tag = text.find('<', tag)) != std::string_view::npos;) {
-        const std::size_t behind = behindSection(text, tag);
-        const bool isBegin = behind == tag && isNamed(text, tag + 1, name);
-        const std::size_t end = isBegin ? tagEnd(text, tag) : std::max(behind, tag + 1);
-        if (end == text.size()) break;
-        if (isBegin && text[end - 1] != '/') ++depth;
-        if (behind == tag && text[tag + 1] == '/' && isNamed(text, tag + 2, name) && --depth == 0) {
-            return {close + 1, tag};
-        }
-        tag = end;
+        const Step step = stepAt(text, tag, name);
+        depth += step.depth;
+        if (depth == 0) return {close + 1, tag};
+        tag = step.end;
     }
     return {close + 1, text.size()};
 }
@@ -120,6 +132,14 @@ bool isEscaped(std::string_view text, std::size_t at)
     return (at - (last == std::string_view::npos ? 0 : last + 1)) % 2 == 1;
 }
 
+/// The quote that ends the one at `at`, or the end of the text. JSON has quotes inside of its texts.
+std::size_t quoteEnd(std::string_view text, std::size_t at, bool isJson)
+{
+    std::size_t end = text.find(text[at], at + 1);
+    while (isJson && end != std::string_view::npos && isEscaped(text, end)) end = text.find(text[at], end + 1);
+    return std::min(end, text.size());
+}
+
 /// The value of name = "value" or "name": "value".
 Span valueOf(std::string_view text, std::size_t at)
 {
@@ -128,16 +148,10 @@ Span valueOf(std::string_view text, std::size_t at)
     sign = skip(text, sign, " \t");
     if (sign == text.size() || (text[sign] != '=' && text[sign] != ':')) return {at, at};
 
-    std::size_t begin = skip(text, sign + 1, " \t");
+    const std::size_t begin = skip(text, sign + 1, " \t");
     const bool isQuoted = begin < text.size() && (text[begin] == '"' || text[begin] == '\'');
-    const std::string_view ends = isQuoted ? text.substr(begin, 1) : kValueEnds;
-    if (isQuoted) ++begin;
-    std::size_t end = text.find_first_of(ends, begin);
-    // JSON has quotes inside of its texts.
-    while (isQuoted && text[sign] == ':' && end != std::string_view::npos && isEscaped(text, end)) {
-        end = text.find_first_of(ends, end + 1);
-    }
-    return {begin, std::min(end, text.size())};
+    if (isQuoted) return {begin + 1, quoteEnd(text, begin, text[sign] == ':')};
+    return {begin, std::min(text.find_first_of(kValueEnds, begin), text.size())};
 }
 
 std::string replacedAll(std::string text, const std::string& what, std::string_view with)

@@ -224,12 +224,12 @@ TEST_F(SessionHostTest, DryRunMasksAndShowsTheFirstOfSeveralRequests)
 
 TEST_F(SessionHostTest, DryRunLeavesWhatIsNotMaskedAsItGoesOut)
 {
-    for (const Words& words : {Words{"spaces", "create", "X & <cred>ab</cred> é"}, Words{"proxy", "x=<a%3e%41</a>"}}) {
+    for (const Words& words : {Words{"spaces", "create", "X & <cred>q0q</cred> é"}, Words{"proxy", "x=<a%3e%41</a>"}}) {
         Words dry = words;
         dry.insert(dry.end(), {"--dry-run", "--show-secrets", "--format", "json"});
         std::string body = json::parse(pvwapi(dry).out, nullptr, false).at("request").at("body");
         dry.erase(dry.end() - 3);
-        for (const std::string secret : {"C1", "ab"}) {
+        for (const std::string secret : {"C1", "q0q"}) {
             const std::size_t at = body.find(secret);
             if (at != std::string::npos) body.replace(at, secret.size(), "***");
         }
