@@ -217,10 +217,10 @@ TEST_F(HttpStop, DeadlineWhileConnecting)
     expectServesOn();
 }
 
-// No hop takes long; together they do.
+// No hop takes long; the six of them together do.
 TEST_F(HttpStop, DeadlineOverAllRedirects)
 {
-    server.otherwise(Script().pause(40ms).send(replyText(302, "", "", {{"Location", "/next"}})));
+    server.otherwise(Script().pause(70ms).send(replyText(302, "", "", {{"Location", "/next"}})));
     expectDeadline([this] { return getPath("/"); });
     EXPECT_GE(server.requests().size(), 2U);
     expectServesOn();
