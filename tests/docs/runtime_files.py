@@ -58,7 +58,8 @@ def main():
     wrong += not table
     for options, told in table:
         source = ROOT / "tests/package/host/main.cpp"
-        output(arguments.compiler, "-std=c++20", f"-I{ROOT}", source, "-o", program, *options, *libraries)
+        output(arguments.compiler, "-std=c++20", f"-I{ROOT}", "-DPACKAGE_VERSION=PVWAPI_VERSION", source,
+               "-o", program, *options, *libraries)
         found = needed_by(arguments.compiler, program)
         wrong += found != told
         print(f"{' '.join(options) or 'neither'}: needs {sorted(found)}, {PAGE} names {sorted(told)}")
