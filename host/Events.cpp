@@ -59,6 +59,19 @@ void record(Call& call)
                                                 call.xml("--meeting"), call.xml("--host"), call.xml("--session")));
 }
 
+Command activityCommand(const Argument& workspaces)
+{
+    return {"activity",
+            "Report what you see in workspaces, and read how active they are",
+            {{"--unread", "How many messages are unread, in each of them", Kind::number},
+             {"--active", "How many members are active, in each of them", Kind::number},
+             workspaces},
+            activity,
+            {"getSpaceActivity"},
+            {},
+            membersOf<SPACE_COUNT_ITEM>};
+}
+
 }  // namespace
 
 Commands eventsCommands()
@@ -73,15 +86,7 @@ Commands eventsCommands()
          {"getSpaceNotify"},
          {},
          membersOf<SPACE_COUNT_ITEM>},
-        {"activity",
-         "Report what you see in workspaces, and read how active they are",
-         {{"--unread", "How many messages are unread, in each of them", Kind::number},
-          {"--active", "How many members are active, in each of them", Kind::number},
-          workspaces},
-         activity,
-         {"getSpaceActivity"},
-         {},
-         membersOf<SPACE_COUNT_ITEM>},
+        activityCommand(workspaces),
         {"event", "Events that the members of a workspace hear of", {}, nullptr},
         {"event send",
          "Tell the members that a meeting or a call begins or ends",

@@ -98,7 +98,7 @@ bool isOption(const Argument& argument)
 std::string termOf(const Argument& argument)
 {
     if (isOption(argument)) return argument.name + valueOf(argument);
-    const std::string name = "<" + argument.name + ">";
+    std::string name = "<" + argument.name + ">";
     if (argument.kind != Kind::list) return name;
     return argument.needsOne ? name + "..." : "[" + name + "...]";
 }
