@@ -88,25 +88,30 @@ void test(Call& call)
     call.check(call.client().GetSpacesTest({}, {}));
 }
 
+Command listCommand()
+{
+    return {"spaces list",          "List the workspaces that you are a member of", {}, list, {"GetWkspList"}, {},
+            membersOf<SpaceForList>};
+}
+
+Command deleteCommand(const Argument& workspace)
+{
+    return {"spaces delete", "Delete a workspace with all that it holds",           {workspace}, remove,
+            {"deleteWksp"},  "Delete workspace {workspace} with all that it holds?"};
+}
+
 }  // namespace
 
 Commands spacesCommands()
 {
     const Argument workspace{"workspace", "Its ID"};
     const Argument name{"name", "Its name"};
-    const Argument type{"--type", "0, the default, comes with a discussion room; other types with one tab",
-                        Kind::number};
+    const Argument type{"--type", "0, the default, comes with a discussion room, others with one tab", Kind::number};
     const Argument description{"--description", "What it is for"};
     const Argument favourite{"--favourite", "Put it among your favourites", Kind::flag};
     return {
         {"spaces", "Workspaces", {}, nullptr},
-        {"spaces list",
-         "List the workspaces that you are a member of",
-         {},
-         list,
-         {"GetWkspList"},
-         {},
-         membersOf<SpaceForList>},
+        listCommand(),
         {"spaces show",
          "Show a workspace, the invitations to it and your rights on it",
          {workspace},
@@ -128,12 +133,7 @@ Commands spacesCommands()
          {workspace, {"--name", "Its new name"}, description},
          edit,
          {"editExtWksp"}},
-        {"spaces delete",
-         "Delete a workspace with all that it holds",
-         {workspace},
-         remove,
-         {"deleteWksp"},
-         "Delete workspace {workspace} with all that it holds?"},
+        deleteCommand(workspace),
         {"spaces leave",
          "Be a member of a workspace no longer",
          {workspace},
