@@ -104,7 +104,7 @@ std::string environment(const std::string& name)
 
 std::string configFolder()
 {
-    if (const std::string folder = environment("XDG_CONFIG_HOME"); !folder.empty()) return folder;
+    if (std::string folder = environment("XDG_CONFIG_HOME"); !folder.empty()) return folder;
     const std::string home = environment("HOME");
     return home.empty() ? home : home + "/.config";
 }
