@@ -3,7 +3,8 @@
 # authority are in the environment:
 #   PVWAPI_TLS_AUTHORITY   the authority's certificate, a file
 #   PVWAPI_TLS_GOOD        signed by it, for localhost and 127.0.0.1
-#   PVWAPI_TLS_APART       the same; a server serves one connection at a time, and a kept one would be in the way
+#   PVWAPI_TLS_NUMBER, PVWAPI_TLS_APART        the same; a server serves one connection at a time, and a kept one
+#                          would be in the way
 #   PVWAPI_TLS_NAME        signed by it, for another host
 #   PVWAPI_TLS_EXPIRED, PVWAPI_TLS_FUTURE      signed by it, for another time
 #   PVWAPI_TLS_UNKNOWN     signed by an authority that nobody knows
@@ -83,6 +84,7 @@ serve()
 (cd "$folder" && certificates) >"$folder/openssl.log" 2>&1 || { cat "$folder/openssl.log" >&2; exit 1; }
 printf 'HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nContent-Length: 9\r\n\r\n<kznapi/>' >"$folder/page"
 serve good good
+serve number good
 serve apart good
 serve name name
 serve expired expired
@@ -96,7 +98,7 @@ printf 'GET /page HTTP/1.0\r\n\r\n' |
         -connect "127.0.0.1:$(cat "$folder/good.port")" 2>/dev/null |
     grep -q '^HTTP/1.1 200' || { echo "the TLS server does not answer" >&2; cat "$folder/good.log" >&2; exit 1; }
 
-for name in good apart name expired future unknown self old; do
+for name in good number apart name expired future unknown self old; do
     export "PVWAPI_TLS_$(echo "$name" | tr a-z A-Z)=$(cat "$folder/$name.port")"
 done
 export PVWAPI_TLS_AUTHORITY="$folder/known.crt"
