@@ -140,13 +140,14 @@ bool namesAnother(std::string_view words, const Url& server)
 }
 
 // A proxy stands between where another than the server was connected to, and where one answered a demand for a tunnel.
+// TLS begins behind its consent.
 bool isProxys(CURL* easy, HttpFault fault, std::string_view words, const CurlRun& run, const HttpExchange& exchange)
 {
     long answer = 0;
     curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &answer);
     if ((answer != 0 && answer / 100 != 2) || words.starts_with("Proxy CONNECT")) return true;
-    const bool onTheWay =
-        fault == HttpFault::refused || fault == HttpFault::unreachable || fault == HttpFault::connectTimeout;
+    const bool onTheWay = fault == HttpFault::refused || fault == HttpFault::unreachable ||
+                          fault == HttpFault::connectTimeout || (fault == HttpFault::tlsFailed && answer == 0);
     if (!onTheWay) return false;
     return namesAnother(words, exchange.url) || (run.lastPort() != 0 && run.lastPort() != exchange.url.port);
 }
@@ -167,10 +168,9 @@ void keepCause(CURL* easy, CURLcode code, std::string_view words, const CurlRun&
 {
     const HttpFault fault = faultOf(easy, code, words, run);
     const std::string said = wordsFor(easy, code, words, run);
-    const HttpPhase phase = isOfTls(fault) ? HttpPhase::secure : run.phase();
     const bool ofProxy = fault == HttpFault::proxy || isProxys(easy, fault, words, run, exchange);
-    if (ofProxy) exchange.fail(HttpFault::proxy, phase, said, run.lastAddress());
-    else exchange.fail(fault, phase, said);
+    if (ofProxy) exchange.fail(HttpFault::proxy, std::min(run.phase(), HttpPhase::connect), said, run.lastAddress());
+    else exchange.fail(fault, isOfTls(fault) ? HttpPhase::secure : run.phase(), said);
 }
 
 }  // namespace kzn::pvutil

@@ -142,13 +142,22 @@ bool isAboutTheWayThere(HttpFault fault) noexcept
            fault == HttpFault::connectTimeout || fault == HttpFault::proxy;
 }
 
+// What answers in HTTP, or ends, before there is TLS is a proxy that was asked for a tunnel.
+bool isInsteadOfATunnel(const HttpExchange& exchange, const HttpReport& report) noexcept
+{
+    if (!exchange.url.secure || report.phase >= HttpPhase::send) return false;
+    const HttpFault fault = faultOf(report.error);
+    return fault == HttpFault::notHttp || (fault == HttpFault::cutOff && report.phase < HttpPhase::secure);
+}
+
 }  // namespace
 
 bool failBy(HttpExchange& exchange, const HttpReport& report, const HttpSignal& signal)
 {
     const HttpFault rough = faultThen(faultOf(report.error), report);
     // Whoever goes through a proxy connects to nobody else.
-    if (const std::string proxy = isAboutTheWayThere(rough) ? proxyFor(exchange.url) : std::string(); !proxy.empty())
+    const bool mayBeProxys = isAboutTheWayThere(rough) || isInsteadOfATunnel(exchange, report);
+    if (const std::string proxy = mayBeProxys ? proxyFor(exchange.url) : std::string(); !proxy.empty())
         return exchange.fail(HttpFault::proxy, HttpPhase::connect, wordsOf(report.error), proxy);
     const DWORD error = exactErrorOf(exchange, report, signal);
     const HttpFault fault = faultThen(faultOf(error), report);

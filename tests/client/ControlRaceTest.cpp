@@ -35,6 +35,15 @@ protected:
         }
     }
 
+    // What one call takes here and now, so that cancellations at random meet some calls and miss others.
+    std::chrono::microseconds usualTime()
+    {
+        constexpr int kCalls = 20;
+        const auto begin = std::chrono::steady_clock::now();
+        callAgainAndAgain(client, kCalls);
+        return std::chrono::ceil<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin) / kCalls;
+    }
+
     int succeeded = 0;
     int ended = 0;
 };
@@ -43,17 +52,21 @@ protected:
 
 TEST_F(ControlRaceTest, CancelAtAnyMomentOfACall)
 {
+    const auto longest = 8 * usualTime().count();
+    succeeded = 0;
     std::atomic<bool> over = false;
     const auto cancelNowAndThen = [&](unsigned seed) {
         std::mt19937 random(seed);
+        std::uniform_int_distribution<std::chrono::microseconds::rep> pause(0, longest);
         while (!over) {
-            std::this_thread::sleep_for(std::chrono::microseconds(random() % 1500));
+            std::this_thread::sleep_for(std::chrono::microseconds(pause(random)));
             client.cancel();
         }
     };
     std::jthread one(cancelNowAndThen, 1U);
     std::jthread other(cancelNowAndThen, 2U);
-    callAgainAndAgain(client, 1500);
+    const auto enough = std::chrono::steady_clock::now() + 6s;
+    for (int time = 0; time < 1500 && std::chrono::steady_clock::now() < enough; ++time) callAgainAndAgain(client, 1);
     over = true;
     one.join();
     other.join();

@@ -94,11 +94,10 @@ public:
         if (book_.deaf) return;
         parser_.emplace();
         parser_->body_limit(book_.longestBody.load());
-        http::async_read(socket_, buffer_, *parser_, [self = shared_from_this()](error_code error, std::size_t) {
-            if (error == http::error::body_limit) return self->resetInsideBody();
-            if (error) return self->close();
-            self->script_ = self->book_.take(self->captured());
-            self->step(0);
+        http::async_read_header(socket_, buffer_, *parser_, [self = shared_from_this()](error_code error, std::size_t) {
+            // A demand for a tunnel has no body, whatever length some clients declare.
+            if (!error && self->parser_->get().method() == http::verb::connect) self->answer(error);
+            else self->readBody(error);
         });
     }
 
@@ -111,6 +110,21 @@ public:
     }
 
 private:
+    void readBody(error_code error)
+    {
+        if (error) return answer(error);
+        http::async_read(socket_, buffer_, *parser_,
+                         [self = shared_from_this()](error_code ended, std::size_t) { self->answer(ended); });
+    }
+
+    void answer(error_code error)
+    {
+        if (error == http::error::body_limit) return resetInsideBody();
+        if (error) return close();
+        script_ = book_.take(captured());
+        step(0);
+    }
+
     CapturedRequest captured()
     {
         auto& message = parser_->get();

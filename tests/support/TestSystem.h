@@ -47,5 +47,8 @@ private:
     void* handle_;
 };
 
+/// Sets a variable of the environment, for the processes that are started from now on; an empty value takes it away.
+void setVariable(const std::string& name, const std::string& value);
+
 unsigned long currentProcessId();
 unsigned long currentThreadId();

@@ -52,13 +52,6 @@ TEST_F(HttpSystem, ProxyThatIsNotThereOnTheServersOwnPort)
     expectFault(HttpFault::proxy, server.url("/"), "Connecting to " + proxy + ": ");
 }
 
-TEST_F(HttpSystem, ProxyThatClosesInsteadOfATunnel)
-{
-    setenv("https_proxy", server.address().c_str(), 1);
-    server.otherwise(Script().close());
-    expectFault(HttpFault::proxy, "https://elsewhere.invalid/"_w, "");
-}
-
 TEST_F(HttpSystem, ListenerThatSpeaksNoTls)
 {
     server.stopReading();
@@ -67,27 +60,6 @@ TEST_F(HttpSystem, ListenerThatSpeaksNoTls)
     CZelHttpClient::SetLimits(limits);
     const std::string peer = "127.0.0.1:" + std::to_string(server.port());
     expectFault(HttpFault::connectTimeout, wide("https://" + peer + "/"), "Securing the connection to " + peer + ": ");
-}
-
-TEST_F(HttpSystem, ProxyThatNobodyKnows)
-{
-    setenv("http_proxy", "http://no-such-proxy.invalid:3128", 1);
-    expectFault(HttpFault::proxy, server.url("/"), "Looking up: ");
-}
-
-TEST_F(HttpSystem, ProxyThatRefusesATunnel)
-{
-    setenv("https_proxy", server.address().c_str(), 1);
-    server.otherwise(403, "text/plain", "no tunnel");
-    expectFault(HttpFault::proxy, "https://elsewhere.invalid/"_w, "");
-}
-
-TEST_F(HttpSystem, ProxyIsAskedForTheWholeAddress)
-{
-    setenv("http_proxy", server.address().c_str(), 1);
-    server.reply(200, "text/xml", "<kznapi/>");
-    EXPECT_EQ(get("http://elsewhere.invalid/page"_w), 200);
-    EXPECT_EQ(last().target, "http://elsewhere.invalid/page");
 }
 
 // Nothing else happens while none is left: a sanitizer needs one to look at an object.

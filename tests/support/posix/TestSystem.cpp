@@ -80,6 +80,12 @@ void LoadedLibrary::unload()
     handle_ = nullptr;
 }
 
+void setVariable(const std::string& name, const std::string& value)
+{
+    if (value.empty()) unsetenv(name.c_str());
+    else setenv(name.c_str(), value.c_str(), 1);
+}
+
 unsigned long currentProcessId()
 {
     return static_cast<unsigned long>(getpid());

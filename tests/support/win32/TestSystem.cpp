@@ -76,6 +76,11 @@ void LoadedLibrary::unload()
     handle_ = nullptr;
 }
 
+void setVariable(const std::string& name, const std::string& value)
+{
+    SetEnvironmentVariableA(name.c_str(), value.empty() ? nullptr : value.c_str());
+}
+
 unsigned long currentProcessId()
 {
     return GetCurrentProcessId();
