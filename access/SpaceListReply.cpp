@@ -1,5 +1,6 @@
 #include "access/SpaceListReply.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -79,16 +80,24 @@ void SpaceRolePart::onEnd(unsigned id)
 {
     if (id == kRole) pending_.push_back(std::exchange(role_, {}));
     if (id != kRoleSpace) return;
-    roles.try_emplace(std::exchange(workspaceID_, {}), roleValue(pending_));
+    roles_.push_back({std::exchange(workspaceID_, {}), roleValue(pending_)});
     pending_.clear();
+}
+
+// Sorted rather than hashed: a service that chooses its IDs cannot make them collide. Equal ones keep their order, so
+// that the first of them is found.
+void SpaceRolePart::assignTo(std::vector<SpaceForList>& spaces)
+{
+    std::ranges::stable_sort(roles_, {}, &SpaceRole::workspaceID);
+    for (SpaceForList& space : spaces) {
+        const auto found = std::ranges::lower_bound(roles_, space.workspaceID, {}, &SpaceRole::workspaceID);
+        if (found != roles_.end() && found->workspaceID == space.workspaceID) space.role = found->role;
+    }
 }
 
 void list_space_library_resp::moveInto(std::vector<SpaceForList>& listed, std::vector<CZelSpaceInvite>& invited)
 {
-    for (SpaceForList& space : spaces.spaces) {
-        const auto role = roles.roles.find(space.workspaceID);
-        if (role != roles.roles.end()) space.role = role->second;
-    }
+    roles.assignTo(spaces.spaces);
     listed.insert(listed.end(), std::make_move_iterator(spaces.spaces.begin()),
                   std::make_move_iterator(spaces.spaces.end()));
     invited = std::move(invitations.invitations);

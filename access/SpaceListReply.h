@@ -1,7 +1,6 @@
 // The parts of a scripted listing: workspaces, invitations, and the user's role in each workspace.
 #pragma once
 
-#include <unordered_map>
 #include <vector>
 
 #include "access/AccessReply.h"
@@ -43,9 +42,16 @@ public:
     SpaceRolePart(CXMLWapiCommonResponse& reply, std::string_view at);
     void onEnd(unsigned id) override;
 
-    std::unordered_map<CStringT, int> roles;
+    /// Gives each workspace its role; one that is not told of keeps its own.
+    void assignTo(std::vector<SpaceForList>& spaces);
 
 private:
+    struct SpaceRole {
+        CStringT workspaceID;
+        int role;
+    };
+
+    std::vector<SpaceRole> roles_;
     CStringT workspaceID_;
     MemberRole role_;
     std::vector<MemberRole> pending_;

@@ -56,7 +56,7 @@ CStringT iconFileName(const CStringT& address)
     if (name.empty() || equals(name, ".") || equals(name, "..")) return wide("temp");
 
     std::replace_if(name.begin(), name.end(), isSpecial, CharT{'_'});
-    for (std::size_t at = name.find(wide("..")); at != CStringT::npos; at = name.find(wide("..")))
+    for (std::size_t at = name.find(wide("..")); at != CStringT::npos; at = name.find(wide(".."), at + 2))
         name.replace(at, 2, 2, CharT{'_'});
     if (name.back() == '.' || name.back() == ' ') name.back() = '_';  // Windows would drop it
     if (isDevice(name)) name.insert(name.begin(), CharT{'_'});

@@ -20,30 +20,38 @@ struct CleanUp {
     void operator()(curl_slist* list) const noexcept { curl_slist_free_all(list); }
 };
 
-using HeaderList = std::unique_ptr<curl_slist, CleanUp>;
 using ErrorText = std::array<char, CURL_ERROR_SIZE>;
 
-bool append(HeaderList& list, const char* line) noexcept
-{
-    curl_slist* const head = curl_slist_append(list.get(), line);
-    if (head == nullptr) return false;
-    static_cast<void>(list.release());
-    list.reset(head);
-    return true;
-}
+// Keeps its end: libcurl looks for it from wherever it is told to append.
+class HeaderList {
+public:
+    curl_slist* get() const noexcept { return head_.get(); }
+
+    bool append(const char* line) noexcept
+    {
+        curl_slist* const begin = curl_slist_append(end_, line);
+        if (begin == nullptr) return false;
+        if (!head_) head_.reset(begin);
+        end_ = end_ == nullptr ? begin : end_->next;
+        return true;
+    }
+
+private:
+    std::unique_ptr<curl_slist, CleanUp> head_;
+    curl_slist* end_ = nullptr;
+};
 
 // libcurl adds lines of its own unless they are named here without a value, and takes "Name;" for one that has none.
-HeaderList headerList(const HttpExchange& exchange)
+bool fill(HeaderList& list, const HttpExchange& exchange)
 {
-    HeaderList list;
-    bool whole = append(list, "Expect:");
-    if (!hasHeader(exchange.headers, "Content-Type")) whole = whole && append(list, "Content-Type:");
+    bool whole = list.append("Expect:");
+    if (!hasHeader(exchange.headers, "Content-Type")) whole = whole && list.append("Content-Type:");
     for (std::string line : exchange.headers) {
         const std::size_t colon = line.find(':');
         if (colon + 2 >= line.size()) line = line.substr(0, colon) + ';';
-        whole = whole && append(list, line.c_str());
+        whole = whole && list.append(line.c_str());
     }
-    return whole ? std::move(list) : nullptr;
+    return whole;
 }
 
 // A body in one piece goes out from where it stands.
@@ -185,8 +193,8 @@ void keepLibcurlLoaded() noexcept
 bool perform(CurlLine& line, HttpExchange& exchange)
 {
     CURL* const easy = line.easy();
-    const HeaderList headers = headerList(exchange);
-    if (!headers) return exchange.fail(HttpFault::local, HttpPhase::connect);
+    HeaderList headers;
+    if (!fill(headers, exchange)) return exchange.fail(HttpFault::local, HttpPhase::connect);
     ErrorText error{};
     CurlRun run(easy, exchange);
     run.setCallbacks();

@@ -26,6 +26,7 @@ BANNED = [
     (r"(?<!=)(?<!= )\bdelete\b", "delete: let an owner free it"),
     (r"\b(?:malloc|calloc|realloc|free)\s*\(", "the C heap: let a container own it"),
     (r"\bv?sprintf\b", "sprintf knows no end of its buffer: use std::to_chars, or append to a string"),
+    (r"\bunordered_\w+<", "a hash table: whoever chooses its keys can make them collide; sort, or use std::map"),
 ]
 
 # Folder: (what its quoted includes may begin with, what else than the standard library it may include in brackets).

@@ -79,11 +79,13 @@ class HouseRules(unittest.TestCase):
         self.bad("client/A.cpp", "std::free(a);\n", "C heap")
         self.bad("client/A.cpp", "std::sprintf(a, b);\n", "sprintf")
         self.bad("client/A.cpp", "vsprintf(a, b, c);\n", "sprintf")
+        self.bad("client/A.cpp", "std::unordered_map<int, int> a;\n", "hash table")
+        self.bad("client/A.cpp", "std::unordered_multiset<int> a;\n", "hash table")
         self.bad("client/A.cpp", "auto a = 1'000; auto b = new int; auto c = 'x';\n", "new:")
 
     def test_words_that_are_not_banned(self):
         self.good("client/A.cpp", "struct A { A(const A&) = delete; };\n")
-        self.good("client/A.cpp", "#include <new>\n")
+        self.good("client/A.cpp", "#include <new>\n#include <unordered_map>\n")
         self.good("client/A.cpp", '// a new one\n/* delete\nnew */ const char* a = "new \\" delete"; char b = \'"\';\n')
         self.good("client/A.cpp", 'const char* a = R"(new\ndelete)"; int renewed, newest;\n')
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <concepts>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
@@ -105,7 +105,7 @@ private:
     void giveBack(std::string_view sql, StatementHandle statement);
 
     std::unique_ptr<sqlite3, CloseDatabase> handle_;
-    std::unordered_map<std::string_view, std::vector<StatementHandle>> idle_;
+    std::map<std::string_view, std::vector<StatementHandle>> idle_;
 };
 
 // Everything that one request changes becomes durable together, or not at all.

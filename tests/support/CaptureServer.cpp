@@ -94,6 +94,7 @@ public:
         if (book_.deaf) return;
         parser_.emplace();
         parser_->body_limit(book_.longestBody.load());
+        parser_->header_limit(16U << 20);
         http::async_read_header(socket_, buffer_, *parser_, [self = shared_from_this()](error_code error, std::size_t) {
             // A demand for a tunnel has no body, whatever length some clients declare.
             if (!error && self->parser_->get().method() == http::verb::connect) self->answer(error);
