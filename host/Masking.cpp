@@ -270,7 +270,8 @@ std::string Secrets::maskedBy(std::string_view text, Find&& valueAt) const
             continue;
         }
         const Span span = valueAt(text, name, at);
-        result += text.substr(at, span.begin - at);
+        result += name;
+        result += maskedBy(text.substr(at + name.size(), span.begin - at - name.size()), valueAt);  // its attributes
         result += cover(text.substr(span.begin, span.end - span.begin));
         at = span.end;
     }
@@ -305,13 +306,16 @@ std::string Secrets::maskedField(std::string_view name, std::string_view value) 
     return !shown_ && isSecretName(name) ? cover(value) : masked(value);
 }
 
-std::string Secrets::maskedForm(std::string_view form) const
+std::string Secrets::maskedForm(std::string_view encoded) const
 {
-    if (shown_) return std::string(form);
+    if (shown_) return std::string(encoded);
+    // What was not encoded may have an element with "&" in it, which parts fields otherwise.
+    const bool hasTags = encoded.find('<') != std::string_view::npos;
+    const std::string form = hasTags ? masked(encoded) : std::string(encoded);
     std::string result;
     for (std::size_t at = 0; at <= form.size();) {
         const std::size_t end = std::min(form.find('&', at), form.size());
-        const std::string_view piece = form.substr(at, end - at);
+        const std::string_view piece = std::string_view(form).substr(at, end - at);
         const std::size_t sign = std::min(piece.find('='), piece.size());
         const std::string_view value = piece.substr(std::min(sign + 1, piece.size()));
         const std::string decoded = percentDecoded(value);

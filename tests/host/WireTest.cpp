@@ -95,6 +95,8 @@ TEST_F(SessionHostTest, ElementOfASecretIsMaskedUpToItsOwnEnd)
         "<cred><!-- </cred> -->SECRET</cred>",
         "<cred><?x </cred>?>SECRET</cred>",
         "<cred a=\"/>\">SECRET</cred>",
+        "<cred token=\"SECRET\">a</cred>",
+        "<cred token='SECRET'/>",
         "<cred a=\"SECRET",
         "<cred><![CDATA[</cred>SECRET",
         R"({"token":"a\"SECRET"})",
@@ -235,6 +237,8 @@ TEST_F(SessionHostTest, DryRunLeavesWhatIsNotMaskedAsItGoesOut)
         }
         EXPECT_EQ(json::parse(pvwapi(dry).out, nullptr, false).at("request").at("body"), body);
     }
+    EXPECT_THAT(pvwapi({"proxy", "x=<cred>a&b</cred>&y=1", "--dry-run"}).out,
+                HasSubstr("\n\nx=<cred>***</cred>&y=1&cred=***\n"));
     EXPECT_THAT(pvwapi({"proxy", "x=<cred>%41b</cred>%3cc>%zz{\"token\":\"q\"}", "--dry-run"}).out,
                 HasSubstr("\n\nx=<cred>***</cred>%3cc>%zz{\"token\":\"***\"}&cred=***\n"));
 }
