@@ -274,6 +274,8 @@ void Parser::refuseWord(const std::string& word) const
     const CLI::App& app = reached();
     const std::string path = pathOf(app);
     const std::vector<std::string> commands = subcommandsOf(app);
+    if (std::ranges::find(commands, word) != commands.end())
+        refuseAt(path, "'" + word + "' has to stand before '--', behind which there are values only");
     const bool isOption = word.size() > 1 && word.starts_with('-');
     std::string what = "'" + word + "' is ";
     if (isOption) what += "no option" + (path.empty() ? "" : " of '" + path + "'");

@@ -64,6 +64,8 @@ TEST_F(HostTest, WordsThatMakeNoCommandAreRefusedInOneLine)
 TEST_F(HostTest, NearWordIsOffered)
 {
     const std::vector<std::pair<Words, std::string>> cases{
+        {{"--", "spaces", "list"},
+         "'spaces' has to stand before '--', behind which there are values only; see pvwapi --help"},
         {{"spces", "list"}, "'spces' is no command; did you mean 'spaces'? See pvwapi --help"},
         {{"pacse"}, "'pacse' is no command; see pvwapi --help"},
         {{"--format", "xml", "spcaes"}, "'spcaes' is no command; did you mean 'spaces'? See pvwapi --help"},
