@@ -55,14 +55,26 @@ namespace kzn::pvutil::stringex {
 
 namespace {
 
-// Exact where the text is well-formed, and never far off.
+// A sequence of four bytes becomes a pair.
+unsigned char unitsOf(char byte) noexcept
+{
+    const auto value = static_cast<unsigned char>(byte);
+    return static_cast<unsigned char>((utf::isContinuation(value) ? 0 : 1) + (value >= 0xF0 ? 1 : 0));
+}
+
+// Exact where the text is well-formed, and never far off. Counted by blocks whose sum fits a byte, so that the compiler
+// can count many bytes at once.
 std::size_t unitsOf(std::string_view utf8) noexcept
 {
-    const auto units = std::count_if(utf8.begin(), utf8.end(),
-                                     [](char c) { return !utf::isContinuation(static_cast<unsigned char>(c)); });
-    const auto pairs =
-        std::count_if(utf8.begin(), utf8.end(), [](char c) { return static_cast<unsigned char>(c) >= 0xF0; });
-    return static_cast<std::size_t>(units + pairs);
+    constexpr std::size_t kBlock = 64;
+    std::size_t units = 0;
+    for (; utf8.size() >= kBlock; utf8.remove_prefix(kBlock)) {
+        unsigned char sum = 0;
+        for (std::size_t i = 0; i < kBlock; ++i) sum = static_cast<unsigned char>(sum + unitsOf(utf8[i]));
+        units += sum;
+    }
+    for (const char byte : utf8) units += unitsOf(byte);
+    return units;
 }
 
 std::string_view referenceOf(char32_t point) noexcept

@@ -216,6 +216,22 @@ TEST(StringEx, ConvertsAnyCharacterWhereABlockEnds)
     }
 }
 
+// Letters are converted many at a time: none of them may be taken for one where another stands among them.
+TEST(StringEx, ConvertsOneOtherCharacterAnywhereAmongLetters)
+{
+    for (std::size_t before = 0; before < 70; ++before) {
+        for (const unsigned point : {0x7FU, 0x80U, 0x7FFU, 0xFFFFU, 0x10FFFFU}) {
+            std::string utf8(before, 'a');
+            CStringT wide(before, CharT{'a'});
+            appendPoint(utf8, wide, point);
+            utf8.append(70 - before, 'b');
+            wide.append(70 - before, CharT{'b'});
+            ASSERT_EQ(FromUtf8(utf8), wide) << before << " units before " << point;
+            ASSERT_EQ(ToUtf8(wide), utf8) << before << " units before " << point;
+        }
+    }
+}
+
 TEST(StringEx, BreaksOffWhereABlockEnds)
 {
     for (const std::size_t length : lengthsAroundBlocks()) {
