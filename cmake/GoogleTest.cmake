@@ -29,4 +29,12 @@ function(pv_add_test name)
     endif()
 endfunction()
 
+# pv_add_long_run(<program of pv_add_test> [<argument>...])
+# The same program at its full length, which only scripts/test --long has the time for.
+function(pv_add_long_run name)
+    add_test(NAME ${name}_long CONFIGURATIONS Long COMMAND ${name} ${ARGN})
+    get_test_property(${name} ENVIRONMENT environment)
+    set_tests_properties(${name}_long PROPERTIES LABELS long TIMEOUT 7200 ENVIRONMENT "${environment}")
+endfunction()
+
 pv_add_googletest()
