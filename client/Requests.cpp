@@ -112,7 +112,6 @@ void CWapiClient::traceCause() const noexcept
 
 int CWapiClient::judge(const CStringT& reply, CXMLWapiCommonResponse& parser)
 {
-    networkError = 0;
     lastMessage.clear();
     parser.ParseXML(reply);
     trace(TraceLevel::debug, reply);
@@ -147,8 +146,8 @@ int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CStringT& 
         const int status = http.Request(url, transportMethod(method), body, {}, HttpOption::kForm);
         logReply(http);
         keepCause(http);
-        if (status == CZelHttpClient::kNoConnection) {
-            networkError = 1;
+        networkError = status == CZelHttpClient::kNoConnection ? 1 : 0;
+        if (networkError != 0) {
             refuse(kNoConnection, url);
             trace(TraceLevel::error, lastMessage.reason);
             traceCause();
@@ -174,6 +173,10 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
 {
     const ScopeTracer scope(kProxyCall.data());
     const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
+    if (!loginHandler) {
+        keepFailure(kNotMade);
+        return 0;
+    }
     return contained([&] {
         trace(TraceLevel::debug, command);
         if (findLast(command, "cmd=login") != CStringT::npos) {
@@ -192,7 +195,10 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         keepCause(http);
         traceCause();
         logReply(http);
-        reply = http.ResponseContent();
-        return withCred == 0 ? 0 : outcomeOf(reply);
+        if (http.Failure().fault == kzn::pvutil::HttpFault::local) return 0;
+        CStringT received = http.ResponseContent();
+        const int outcome = withCred == 0 ? 0 : outcomeOf(received);
+        reply = std::move(received);
+        return outcome;
     });
 }
