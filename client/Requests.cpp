@@ -48,8 +48,18 @@ int sendProxied(CZelHttpClient& http, HTTP_METHOD method, const CStringT& url, c
 static_assert(static_cast<int>(CWapiClient::NETWORK_LOCAL) == static_cast<int>(kzn::pvutil::HttpFault::local),
               "a cause has one number inside and outside");
 
-int outcomeOf(const CStringT& reply)
+FormBody proxiedForm(const CStringT& command, int withCred, const CStringT& cred)
 {
+    FormBody form;
+    form.literal(command);
+    if (withCred != 0) form.encoded("&cred=", cred);
+    return form;
+}
+
+// Without the credential nobody judges what came.
+int outcomeOf(const CStringT& reply, int withCred)
+{
+    if (withCred == 0) return 0;
     CXMLWapiCommonResponse parser;
     parser.ParseXML(reply);
     return parser.succeeded() ? 1 : 0;
@@ -183,10 +193,7 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
             reply = wide(kLoginRefusal);
             return 0;
         }
-        FormBody form;
-        form.literal(command);
-        if (withCred != 0) form.encoded("&cred=", cred);
-
+        const FormBody form = proxiedForm(command, withCred, cred);
         CZelHttpClient http;
         prepare(http);
         const int status = sendProxied(http, transportMethod(method), url, form, headers);
@@ -197,7 +204,7 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         logReply(http);
         if (http.Failure().fault == kzn::pvutil::HttpFault::local) return 0;
         CStringT received = http.ResponseContent();
-        const int outcome = withCred == 0 ? 0 : outcomeOf(received);
+        const int outcome = outcomeOf(received, withCred);
         reply = std::move(received);
         return outcome;
     });

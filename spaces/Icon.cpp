@@ -89,7 +89,7 @@ int CWapiClient::SetSpaceIcon(const CStringT& cred, const CStringT& workspaceID,
         http.OnProgress(transferProgress);
         const int status = http.Request(uploadURL, HTTP_METHOD::POST, body, wide(kHeader), HttpOption::kUpload);
         keepCause(http);
-        networkError = status == CZelHttpClient::kNoConnection ? 1 : 0;
+        networkError = static_cast<int>(status == CZelHttpClient::kNoConnection);
         if (networkError != 0) return refuse(kNoConnection, uploadURL);
         UploadResponse reply;
         if (!judge(http.ResponseContent(), reply)) return 0;
