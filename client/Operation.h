@@ -12,16 +12,30 @@
 
 namespace wapi {
 
-/// Keeps every exception inside and says nothing of it but 0.
-template <typename Body>
-int contained(Body&& body) noexcept
+/// Keeps every exception inside: the result is 0 then, and `told` hears the reason.
+template <typename Body, typename Told>
+int contained(Body&& body, Told&& told) noexcept
 {
     try {
         return std::forward<Body>(body)() != 0 ? 1 : 0;
+    } catch (const std::exception& error) {
+        told(error.what());
     } catch (...) {
-        return 0;
+        told("unknown error");
     }
+    return 0;
 }
+
+/// The same, and nobody hears why.
+template <typename Body>
+int contained(Body&& body) noexcept
+{
+    return contained(std::forward<Body>(body), [](const char*) {});
+}
+
+/// What a client says that was made, or copied, without enough memory for it. It sends nothing: it would not know to
+/// whom.
+constexpr const char* kNotMade = "not enough memory for the client";
 
 }  // namespace wapi
 
@@ -31,13 +45,9 @@ template <typename Body>
 int CWapiClient::guarded(Body&& body) noexcept
 {
     const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
-    try {
-        return std::forward<Body>(body)() != 0 ? 1 : 0;
-    } catch (const std::exception& error) {
-        keepFailure(error.what());
-    } catch (...) {
-        keepFailure("unknown error");
-    }
+    const auto keep = [this](const char* reason) { keepFailure(reason); };
+    if (loginHandler) return wapi::contained(std::forward<Body>(body), keep);
+    keepFailure(wapi::kNotMade);
     return 0;
 }
 

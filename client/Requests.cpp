@@ -48,8 +48,18 @@ int sendProxied(CZelHttpClient& http, HTTP_METHOD method, const CStringT& url, c
 static_assert(static_cast<int>(CWapiClient::NETWORK_LOCAL) == static_cast<int>(kzn::pvutil::HttpFault::local),
               "a cause has one number inside and outside");
 
-int outcomeOf(const CStringT& reply)
+FormBody proxiedForm(const CStringT& command, int withCred, const CStringT& cred)
 {
+    FormBody form;
+    form.literal(command);
+    if (withCred != 0) form.encoded("&cred=", cred);
+    return form;
+}
+
+// Without the credential nobody judges what came.
+int outcomeOf(const CStringT& reply, int withCred)
+{
+    if (withCred == 0) return 0;
     CXMLWapiCommonResponse parser;
     parser.ParseXML(reply);
     return parser.succeeded() ? 1 : 0;
@@ -112,7 +122,6 @@ void CWapiClient::traceCause() const noexcept
 
 int CWapiClient::judge(const CStringT& reply, CXMLWapiCommonResponse& parser)
 {
-    networkError = 0;
     lastMessage.clear();
     parser.ParseXML(reply);
     trace(TraceLevel::debug, reply);
@@ -147,8 +156,8 @@ int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CStringT& 
         const int status = http.Request(url, transportMethod(method), body, {}, HttpOption::kForm);
         logReply(http);
         keepCause(http);
-        if (status == CZelHttpClient::kNoConnection) {
-            networkError = 1;
+        networkError = status == CZelHttpClient::kNoConnection ? 1 : 0;
+        if (networkError != 0) {
             refuse(kNoConnection, url);
             trace(TraceLevel::error, lastMessage.reason);
             traceCause();
@@ -174,16 +183,17 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
 {
     const ScopeTracer scope(kProxyCall.data());
     const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
+    if (!loginHandler) {
+        keepFailure(kNotMade);
+        return 0;
+    }
     return contained([&] {
         trace(TraceLevel::debug, command);
         if (findLast(command, "cmd=login") != CStringT::npos) {
             reply = wide(kLoginRefusal);
             return 0;
         }
-        FormBody form;
-        form.literal(command);
-        if (withCred != 0) form.encoded("&cred=", cred);
-
+        const FormBody form = proxiedForm(command, withCred, cred);
         CZelHttpClient http;
         prepare(http);
         const int status = sendProxied(http, transportMethod(method), url, form, headers);
@@ -192,7 +202,10 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         keepCause(http);
         traceCause();
         logReply(http);
-        reply = http.ResponseContent();
-        return withCred == 0 ? 0 : outcomeOf(reply);
+        if (http.Failure().fault == kzn::pvutil::HttpFault::local) return 0;
+        CStringT received = http.ResponseContent();
+        const int outcome = outcomeOf(received, withCred);
+        reply = std::move(received);
+        return outcome;
     });
 }

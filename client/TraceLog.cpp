@@ -68,16 +68,19 @@ void TraceLog::openInDataFolder() noexcept
     }
 }
 
+// Taking the lock for the first time may need memory.
 void TraceLog::open(const CStringT& path, const CStringT& earlier) noexcept
-{
+try {
     const std::lock_guard guard(theLock());
     file_.open(path, earlier);
+} catch (...) {  // no memory: no log
 }
 
 void TraceLog::close() noexcept
-{
+try {
     const std::lock_guard guard(theLock());
     file_.close();
+} catch (...) {  // a lock that was never taken: nothing is open
 }
 
 void TraceLog::write(int level, const CStringT& text) noexcept

@@ -2,6 +2,7 @@
 #include "client/WapiClient.h"
 
 #include <algorithm>
+#include <tuple>
 #include <typeinfo>
 
 #include "client/ClientLogin.h"
@@ -76,43 +77,38 @@ void CWapiClient::init()
     }
     userID.clear();
     networkError = 0;
-    loginHandler = std::make_shared<CWapiClientLogin>();
     callControl = std::make_shared<kzn::pvutil::CallControl>();
+    loginHandler = std::make_shared<CWapiClientLogin>();  // the last: a client that has one is whole
 }
 
 CWapiClient::CWapiClient(const CWapiClient& other)
 {
-    contained([this] {
-        callControl = std::make_shared<kzn::pvutil::CallControl>();
-        return 1;
-    });
     *this = other;
 }
 
+// All that takes memory comes first. Half of two clients would send the credential of the one to the address of the
+// other.
 CWapiClient& CWapiClient::operator=(const CWapiClient& other)
 {
     if (this == &other) return *this;
-    timerWindow.share(other.timerWindow, this);
+    const auto held = [](auto& client) {
+        return std::tie(client.opURL, client.nullSessionURL, client.uploadURL, client.dmsURL, client.userID,
+                        client.namespaceID, client.rootCred, client.lastMessage, client.networkErrorText,
+                        client.transferProgress, client.refreshListener, client.exchangeListener);
+    };
+    const auto copy = [&] {
+        if (!callControl) callControl = std::make_shared<kzn::pvutil::CallControl>();
+        auto copies = std::apply([](const auto&... each) { return std::tuple(each...); }, held(other));
+        held(*this) = std::move(copies);
+        return 1;
+    };
+    if (!contained(copy, [this](const char* reason) { keepFailure(reason); })) return *this;
     networkError = other.networkError;
     networkErrorKind = other.networkErrorKind;
     deadline = other.deadline;
     loginHandler = other.loginHandler;
     refreshInterval = other.refreshInterval;
-    contained([&] {
-        opURL = other.opURL;
-        nullSessionURL = other.nullSessionURL;
-        uploadURL = other.uploadURL;
-        dmsURL = other.dmsURL;
-        userID = other.userID;
-        namespaceID = other.namespaceID;
-        rootCred = other.rootCred;
-        lastMessage = other.lastMessage;
-        networkErrorText = other.networkErrorText;
-        transferProgress = other.transferProgress;
-        refreshListener = other.refreshListener;
-        exchangeListener = other.exchangeListener;
-        return 1;
-    });
+    timerWindow.share(other.timerWindow, this);
     return *this;
 }
 
@@ -125,6 +121,8 @@ CWapiClient::~CWapiClient()
 void CWapiClient::rearmTimer() noexcept
 {
     constexpr unsigned kRefreshTimer = 1;
+    // The system may have had none when the client was made.
+    if (!timerWindow) timerWindow.create(typeid(CWapiClient).name(), this, &tick);
     timerWindow.setTimer(kRefreshTimer, refreshInterval);
 }
 
@@ -133,7 +131,8 @@ void CWapiClient::keepFailure(const char* reason) noexcept
     lastMessage.clear();
     try {
         lastMessage.reason = wide(reason);
-    } catch (...) {  // no memory even for the reason: the 0 has to say it
+    } catch (...) {
+        appendAscii(lastMessage.reason, "memory");  // short enough to take none
     }
 }
 
@@ -154,10 +153,11 @@ const CStringT& CWapiClient::getRootCred() const
 
 void CWapiClient::setRootCred(const CStringT& cred)
 {
-    contained([&] {
+    const auto keep = [&] {
         rootCred = cred;
         return 1;
-    });
+    };
+    contained(keep, [this](const char* reason) { keepFailure(reason); });
 }
 
 WAPIMESSAGE CWapiClient::GetLstMsg()

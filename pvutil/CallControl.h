@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "pvutil/HttpFailure.h"
+#include "pvutil/ShortLock.h"
 
 namespace kzn::pvutil {
 
@@ -38,7 +39,7 @@ public:
     void wakes(Waker* waker) noexcept;
 
 private:
-    mutable std::mutex lock_;  // held for a look or a wake-up only
+    mutable ShortLock lock_;  // held for a look or a wake-up only
     int depth_ = 0;
     bool cancelled_ = false;
     std::optional<Clock::time_point> deadline_;

@@ -53,7 +53,10 @@ public:
     {
         if (!parser_) begin();
         isWell_ = feed(piece, last) && isWell_;  // fed again after a fault, expat may forget it
-        const std::exception_ptr thrown = std::exchange(thrown_, nullptr);
+        std::exception_ptr thrown = std::exchange(thrown_, nullptr);
+        // No fault of the text: half of it has been read as if it were all.
+        if (!thrown && XML_GetErrorCode(parser_.get()) == XML_ERROR_NO_MEMORY)
+            thrown = std::make_exception_ptr(std::bad_alloc());
         if (last || thrown) parser_.reset();
         if (thrown) std::rethrow_exception(thrown);
         return isWell_ ? 1 : 0;

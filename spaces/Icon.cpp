@@ -89,10 +89,8 @@ int CWapiClient::SetSpaceIcon(const CStringT& cred, const CStringT& workspaceID,
         http.OnProgress(transferProgress);
         const int status = http.Request(uploadURL, HTTP_METHOD::POST, body, wide(kHeader), HttpOption::kUpload);
         keepCause(http);
-        if (status == CZelHttpClient::kNoConnection) {
-            networkError = 1;
-            return refuse(kNoConnection, uploadURL);
-        }
+        networkError = static_cast<int>(status == CZelHttpClient::kNoConnection);
+        if (networkError != 0) return refuse(kNoConnection, uploadURL);
         UploadResponse reply;
         if (!judge(http.ResponseContent(), reply)) return 0;
         url = std::move(reply.url);  // the reply's credential is read and the client's own stays

@@ -69,30 +69,50 @@ void setBody(CURL* easy, const HttpExchange& exchange) noexcept
     curl_easy_setopt(easy, CURLOPT_POSTFIELDS, bytes);
 }
 
-// What the user's environment names for all programs; else libcurl's own, which is the system's.
-void setAuthority(CURL* easy, CURLoption option, const char* variable, const char* otherwise) noexcept
+bool isSet(const char* variable) noexcept
 {
-    const char* const named = std::getenv(variable);
-    const char* const place = named != nullptr && *named != '\0' ? named : otherwise;
-    if (place != nullptr) curl_easy_setopt(easy, option, place);
+    const char* const value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
 }
 
-void setAuthorities(CURL* easy) noexcept
+// libcurl keeps a copy of each text, and goes on with none where it has no memory for one.
+bool setText(CURL* easy, CURLoption option, const char* text) noexcept
+{
+    return curl_easy_setopt(easy, option, text) == CURLE_OK;
+}
+
+// Of the address it would leave the query out then and ask without it. Told the target, it asks for all of it or not at
+// all; a proxy that it asks in the clear wants the whole address there, and which requests go to one it decides itself.
+bool setAddress(CURL* easy, const Url& url)
+{
+    const bool isAsked = !url.secure && (isSet("http_proxy") || isSet("all_proxy") || isSet("ALL_PROXY"));
+    return setText(easy, CURLOPT_URL, url.text().c_str()) &&
+           setText(easy, CURLOPT_REQUEST_TARGET, isAsked ? nullptr : url.target.c_str());
+}
+
+// What the user's environment names for all programs; else libcurl's own, which is the system's.
+bool setAuthority(CURL* easy, CURLoption option, const char* variable, const char* otherwise) noexcept
+{
+    const char* const place = isSet(variable) ? std::getenv(variable) : otherwise;
+    return place == nullptr || setText(easy, option, place);
+}
+
+bool setAuthorities(CURL* easy) noexcept
 {
     const auto* const libcurl = curl_version_info(CURLVERSION_NOW);
-    setAuthority(easy, CURLOPT_CAINFO, "SSL_CERT_FILE", libcurl->cainfo);
-    setAuthority(easy, CURLOPT_CAPATH, "SSL_CERT_DIR", libcurl->capath);
+    return setAuthority(easy, CURLOPT_CAINFO, "SSL_CERT_FILE", libcurl->cainfo) &&
+           setAuthority(easy, CURLOPT_CAPATH, "SSL_CERT_DIR", libcurl->capath);
 }
 
-void setRequest(CURL* easy, const HttpExchange& exchange, curl_slist* headers, ErrorText& error)
+// False where there is no memory for it.
+bool setRequest(CURL* easy, const HttpExchange& exchange, curl_slist* headers, ErrorText& error)
 {
-    curl_easy_setopt(easy, CURLOPT_URL, exchange.url.text().c_str());
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers);
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, error.data());
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(exchange.limits.replyBytes));
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(exchange.limits.connect.count()));
     setBody(easy, exchange);
-    if (exchange.url.secure) setAuthorities(easy);
+    return setAddress(easy, exchange.url) && (!exchange.url.secure || setAuthorities(easy));
 }
 
 // The handle outlives what it was told of this exchange.
@@ -198,9 +218,9 @@ bool perform(CurlLine& line, HttpExchange& exchange)
     ErrorText error{};
     CurlRun run(easy, exchange);
     run.setCallbacks();
-    setRequest(easy, exchange, headers.get(), error);
+    const bool isSetUp = setRequest(easy, exchange, headers.get(), error);
     line.serve(&run);
-    const CURLcode code = ask(line, run, exchange);
+    const CURLcode code = isSetUp ? ask(line, run, exchange) : CURLE_OUT_OF_MEMORY;
     line.serve(nullptr);
     const bool whole = code == CURLE_OK && run.headStands() && run.finish();
     if (whole) {

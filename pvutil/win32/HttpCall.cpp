@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "pvutil/ShortLock.h"
+
 namespace kzn::pvutil {
 
 namespace {
@@ -184,7 +186,7 @@ private:
     const HttpPhase afterConnect_;
     const std::shared_ptr<HttpSignal> signal_;
     const Clock::time_point begin_ = Clock::now();
-    mutable std::mutex lock_;  // held for a look or a change only
+    mutable ShortLock lock_;  // held for a look or a change only
     HttpReport report_;
     Clock::time_point lastMove_ = begin_;
     std::shared_ptr<Shared> self_;

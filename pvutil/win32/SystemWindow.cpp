@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "pvutil/MessageLoop.h"
+#include "pvutil/ShortLock.h"
 #include "pvutil/TimerWindow.h"
 
 namespace kzn::pvutil {
@@ -27,7 +28,7 @@ struct SystemWindow {
 
 namespace {
 
-constinit std::once_flag g_registration;
+constinit ShortLock g_lock;
 constinit ATOM g_class = 0;
 
 LRESULT CALLBACK timerWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -40,15 +41,16 @@ LRESULT CALLBACK timerWindowProcedure(HWND window, UINT message, WPARAM wParam, 
     return 0;
 }
 
-// Tried once for the process; where it fails there is no window and the refresh timer never fires.
-ATOM registeredClass(const char* className)
+// Once for the process; where it fails there is no window and the refresh timer never fires.
+ATOM registeredClass(const char* className) noexcept
 {
-    std::call_once(g_registration, [className] {
+    const std::lock_guard guard(g_lock);
+    if (g_class == 0) {
         WNDCLASSA record{};
         record.lpfnWndProc = timerWindowProcedure;
         record.lpszClassName = className;
         g_class = RegisterClassA(&record);
-    });
+    }
     return g_class;
 }
 

@@ -1,9 +1,9 @@
 #include "tests/client/WireRunner.h"
 
 #include <algorithm>
-#include <map>
 #include <optional>
 
+#include "tests/client/ClientState.h"
 #include "tests/support/CaptureServer.h"
 #include "tests/support/LogLines.h"
 #include "tests/support/TestSystem.h"
@@ -21,23 +21,6 @@ std::string shown(const WireLines& lines)
     std::string text;
     for (const std::string& line : lines) text.append("\n        ").append(line);
     return text.empty() ? "\n        (nothing)" : text;
-}
-
-/// Everything of a client that a call can change, by the names that the examples use.
-using State = std::map<std::string, std::string>;
-
-State stateOf(CWapiClient& client)
-{
-    const WAPIMESSAGE last = client.GetLstMsg();
-    return {{"rootCred", narrow(client.getRootCred())},
-            {"userID", narrow(client.getUserID())},
-            {"namespaceID", narrow(client.getNamespaceID())},
-            {"refreshInterval", std::to_string(client.getRefreshInterval())},
-            {"networkError", std::to_string(client.getNetworkError())},
-            {"code", std::to_string(last.code)},
-            {"reason", narrow(last.reason)},
-            {"exceptionID", narrow(last.exceptionID)},
-            {"response", narrow(last.response)}};
 }
 
 class WireRun {
@@ -62,15 +45,7 @@ public:
 private:
     bool meetsServer() const { return !wire_.reply || wire_.reply->connection; }
 
-    std::string replyText() const { return wire_.reply ? wire_.reply->body : std::string(); }
-
-    std::string filled(std::string text) const
-    {
-        text = withPlaceholder(std::move(text), "url", address_ + "/kznconnect/op.do");
-        text = withPlaceholder(std::move(text), "server", address_);
-        text = withPlaceholder(std::move(text), "body", wire_.request ? wire_.request->body : "");
-        return withPlaceholder(std::move(text), "reply", replyText());
-    }
+    std::string filled(std::string text) const { return filledWith(wire_, address_, std::move(text)); }
 
     WireLines filled(WireLines lines) const
     {
@@ -105,7 +80,7 @@ private:
         if (!meetsServer()) {
             server_.reset();
         } else if (wire_.reply) {
-            server_->reply(wire_.reply->status, wire_.reply->contentType, replyText());
+            server_->reply(wire_.reply->status, wire_.reply->contentType, wire_.reply->body);
         }
 
         WireFields arguments = wire_.arguments;
@@ -161,7 +136,7 @@ private:
 
     void compareClient()
     {
-        State wanted = before_;
+        ClientState wanted = before_;
         if (wire_.reply) wanted["networkError"] = meetsServer() ? "0" : "1";
         if (!wire_.messageUnchanged) {
             wanted["reason"] = filled(wire_.message.reason);
@@ -170,7 +145,7 @@ private:
         }
         for (const WireField& field : wire_.client) wanted[field.name] = field.value;
 
-        const State got = stateOf(client_);
+        const ClientState got = stateOf(client_);
         for (const auto& [name, value] : wanted) {
             const auto found = got.find(name);
             expectEqual(name + " of the client", value, found == got.end() ? "(no such member)" : found->second);
@@ -193,15 +168,28 @@ private:
     std::optional<CaptureServer> server_;
     std::string address_;
     CWapiClient client_;
-    State before_;
+    ClientState before_;
     std::vector<std::string> differences_;
 };
 
 }  // namespace
 
-std::vector<std::string> runWireCase(const WireCase& wire, const WireOperations& operations)
+std::string filledWith(const WireCase& wire, const std::string& address, std::string text)
+{
+    text = withPlaceholder(std::move(text), "url", address + "/kznconnect/op.do");
+    text = withPlaceholder(std::move(text), "server", address);
+    text = withPlaceholder(std::move(text), "body", wire.request ? wire.request->body : "");
+    return withPlaceholder(std::move(text), "reply", wire.reply ? wire.reply->body : "");
+}
+
+const WireOperation& operationOf(const WireCase& wire, const WireOperations& operations)
 {
     const auto operation = std::ranges::find(operations, wire.operation, &WireOperation::name);
     if (operation == operations.end()) throw WireFileError("no such operation: " + wire.operation);
-    return WireRun(wire, *operation).differences();
+    return *operation;
+}
+
+std::vector<std::string> runWireCase(const WireCase& wire, const WireOperations& operations)
+{
+    return WireRun(wire, operationOf(wire, operations)).differences();
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <regex>
 #include <set>
@@ -18,10 +17,7 @@ const std::filesystem::path kWireFolder = kSources / "tests/wire";
 
 std::string testName(const testing::TestParamInfo<std::string>& info)
 {
-    std::string name = info.param;
-    std::ranges::replace_if(
-        name, [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
-    return name;
+    return wireTestName(info.param);
 }
 
 std::set<std::string> operationsOfTheHeader()

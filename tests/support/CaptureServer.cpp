@@ -12,6 +12,7 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 
 namespace kzn::test {
 
@@ -66,6 +67,12 @@ public:
     {
         const std::lock_guard lock(mutex_);
         return requests_;
+    }
+
+    std::vector<CapturedRequest> takeRequests()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(requests_, {});
     }
 
     std::atomic<std::size_t> connections{0};
@@ -328,6 +335,11 @@ void CaptureServer::otherwise(Script script)
 std::vector<CapturedRequest> CaptureServer::requests() const
 {
     return engine_->book.requests();
+}
+
+std::vector<CapturedRequest> CaptureServer::takeRequests()
+{
+    return engine_->book.takeRequests();
 }
 
 std::size_t CaptureServer::connections() const

@@ -79,6 +79,8 @@ public:
     void otherwise(Script script);
 
     std::vector<CapturedRequest> requests() const;
+    /// The same, and the server forgets them.
+    std::vector<CapturedRequest> takeRequests();
     std::size_t connections() const;
 
     /// Closes what is connected now, as a server does that has waited long enough for another request.

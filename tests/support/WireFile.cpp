@@ -1,6 +1,7 @@
 #include "tests/support/WireFile.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <fstream>
 #include <functional>
@@ -224,4 +225,11 @@ std::string withPlaceholder(std::string text, const std::string& name, const std
         text.replace(at, placeholder.size(), value);
     }
     return text;
+}
+
+std::string wireTestName(std::string name)
+{
+    std::ranges::replace_if(
+        name, [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+    return name;
 }

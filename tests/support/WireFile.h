@@ -65,5 +65,8 @@ WireCase readWireCase(const std::filesystem::path& folder, const std::string& na
 /// The names of all examples under `folder`, sorted.
 std::vector<std::string> wireCaseNames(const std::filesystem::path& folder);
 
+/// The name as a test may be called.
+std::string wireTestName(std::string name);
+
 /// Puts `value` in the place of every `{name}`.
 std::string withPlaceholder(std::string text, const std::string& name, const std::string& value);
