@@ -2,7 +2,6 @@
 // are those of the operation's first wire example; the network is replaced, so that a call costs no exchange.
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <string>
 
@@ -36,7 +35,7 @@ public:
     {
         const auto found = std::ranges::find(wireOperations(), name, &WireOperation::name);
         if (found != wireOperations().end()) return *found;
-        return wireOperations()[std::hash<std::string_view>()(name) % wireOperations().size()];
+        return wireOperations()[static_cast<std::size_t>(fuzz::hash(name) % wireOperations().size())];
     }
 
     WireFields argumentsOf(const WireOperation& operation) const
@@ -48,6 +47,14 @@ public:
 private:
     std::map<std::string, WireFields> arguments_;
 };
+
+void noteOutcome(CWapiClient& client, const WireCall& call, int result)
+{
+    fuzz::note(std::to_string(result));
+    const WAPIMESSAGE message = client.GetLstMsg();
+    for (const CStringT& text : {message.reason, message.exceptionID, message.response}) fuzz::note(text);
+    for (const std::string& line : call.outputs()) fuzz::note(line);
+}
 
 bool handsThrough(const std::string& operation)
 {
@@ -78,6 +85,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     WireCall call(kCalls.argumentsOf(operation));
     const int result = operation.call(client, call);
     fuzz::check(result == 0 || result == 1, "done or failed");
+    noteOutcome(client, call, result);
     if (result == 0 && !handsThrough(operation.name))
         fuzz::check(call.outputs() == call.outputsBefore(), "a failure leaves the outputs");
     if (result == 1) fuzz::check(client.GetLstMsg().reason.empty(), "a success leaves no message");
