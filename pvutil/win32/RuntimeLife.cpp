@@ -1,7 +1,9 @@
 // The compiler's runtime lives in each module by itself and is told of threads that end, but gives nothing back of the
 // thread that unloads its module: two handles, some memory, and a thread-local slot, of which a process has 1088. It
-// ends the process that has none left. Nor does it give back what it keeps for exceptions when memory is short. So a library that may be loaded again and again has this file in it; a program
-// does not, for its threads may still be running when it ends.
+// ends the process that has none left. Nor does it give back what it keeps for exceptions when memory is short.
+//
+// So a library that may be loaded again and again has this file in it; a program does not, for its threads may still be
+// running when it ends.
 #include <windows.h>
 
 #include <pthread.h>

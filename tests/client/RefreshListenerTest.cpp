@@ -234,9 +234,7 @@ TEST_F(RefreshListenerTest, MayBeToldInALoopThatAnExchangeListenerRuns)
     client.onRefresh(keep());
     arm(client);
     bool isOuter = true;
-    client.onExchange([&](const CWapiClient::Exchange&) {
-        return !std::exchange(isOuter, false) || isTold(1);
-    });
+    client.onExchange([&](const CWapiClient::Exchange&) { return !std::exchange(isOuter, false) || isTold(1); });
     std::this_thread::sleep_for(50ms);
     reply(sessionReply(60));
     reply(credReply("of the call"));
