@@ -1,4 +1,4 @@
-// Changes inputs of a first line and an XML text as trees: elements are doubled, dropped, nested, renamed, exchanged, and
+// Changes inputs of a first line and an XML text as trees: elements are doubled, dropped, nested, renamed, swapped, and
 // texts become what is at some border. Bytes alone seldom come to another tree that is well-formed.
 #include <algorithm>
 #include <array>
