@@ -17,12 +17,9 @@ namespace {
 // Has neither a constructor nor a destructor to run: it stands before the first and after the last of them.
 constinit TraceLog theLog;
 
-// Made at the first line and never destroyed: not every system has a mutex that needs no code to come into being.
-std::mutex& theLock() noexcept
-{
-    static std::mutex lock;
-    return lock;
-}
+// Stands before the first line and is never destroyed. Not every system has a mutex that needs no code to come into
+// being, and one within a function would leave its guard's handles behind when the library is unloaded.
+[[gnu::init_priority(101)]] std::mutex theLock;
 
 std::string_view prefixOf(int level) noexcept
 {
@@ -71,14 +68,14 @@ void TraceLog::openInDataFolder() noexcept
 // Taking the lock for the first time may need memory.
 void TraceLog::open(const CStringT& path, const CStringT& earlier) noexcept
 try {
-    const std::lock_guard guard(theLock());
+    const std::lock_guard guard(theLock);
     file_.open(path, earlier);
 } catch (...) {  // no memory: no log
 }
 
 void TraceLog::close() noexcept
 try {
-    const std::lock_guard guard(theLock());
+    const std::lock_guard guard(theLock);
     file_.close();
 } catch (...) {  // a lock that was never taken: nothing is open
 }
@@ -101,7 +98,7 @@ void TraceLog::writeUtf8(int level, std::string_view text) noexcept
         line.reserve(line.size() + prefix.size() + 1 + text.size() + kLogEndOfLine.size());
         line.append(prefix).append(" ").append(text).append(kLogEndOfLine);
 
-        const std::lock_guard guard(theLock());
+        const std::lock_guard guard(theLock);
         if (file_.isOpen()) file_.write(line);
     } catch (...) {  // no memory for the line
     }

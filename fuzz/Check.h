@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "pvutil/StringEx.h"
@@ -23,6 +24,27 @@ inline void check(bool holds, const char* what)
 inline std::string_view bytes(const std::uint8_t* data, std::size_t size)
 {
     return {reinterpret_cast<const char*>(data), size};
+}
+
+/// FNV-1a: the same on every target.
+inline std::uint64_t hash(std::string_view text)
+{
+    std::uint64_t value = 0xCBF29CE484222325U;
+    for (const char c : text) value = (value ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
+    return value;
+}
+
+/// Where what came of an input is kept, while somebody wants to compare it; null otherwise.
+inline std::string* outcome = nullptr;
+
+inline void note(std::string_view text)
+{
+    if (outcome != nullptr) outcome->append(text).append("\n");
+}
+
+inline void note(const CStringT& text)
+{
+    if (outcome != nullptr) note(kzn::pvutil::stringex::ToUtf8(text));
 }
 
 /// Cuts the first byte off an input, for a fuzzer that needs a number beside its text; 0 of an empty one.

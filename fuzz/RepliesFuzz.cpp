@@ -30,6 +30,8 @@ void parseAs(const CStringT& text, std::size_t size)
     const int wellInPieces = pieces.ParsePiece(CStringView(), true);
     fuzz::check(well == wellInPieces, "well-formed in pieces as well");
     checkOutcome(whole, pieces);
+    for (const CStringT& each : {whole.result, whole.reason, whole.exceptionID, whole.messages}) fuzz::note(each);
+    fuzz::note(std::to_string(well) + std::to_string(whole.succeeded()));
 }
 
 // One line a parser; the order is part of the corpus, so new ones go to the end.

@@ -42,6 +42,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     XmlSelection pieces;
     fuzz::check(parseInPieces(pieces, text, 1 + choice / 2 % 16) == well, "well-formed in pieces as well");
     checkSame(whole, pieces);
+    fuzz::note(std::to_string(well));
+    for (const CStringT& each : whole.texts) fuzz::note(each);
+    for (const int event : whole.events) fuzz::note(std::to_string(event));
 
     // A handler that was left in the middle of something reads the next text as a new one does.
     XmlSelection used;

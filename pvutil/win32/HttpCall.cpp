@@ -1,6 +1,7 @@
 #include "pvutil/win32/HttpCall.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <string_view>
@@ -29,7 +30,25 @@ void stayLoaded() noexcept
                        reinterpret_cast<const wchar_t*>(&stayLoaded), &module);
 }
 
+constinit std::atomic<int> g_reports = 0;
+
+// A thread of the system's while it is in this library: what it wakes may unload the library before it is out again.
+class Report {
+public:
+    Report() noexcept { ++g_reports; }
+    Report(const Report&) = delete;
+    Report& operator=(const Report&) = delete;
+    ~Report() { --g_reports; }
+};
+
 }  // namespace
+
+void awaitReports() noexcept
+{
+    constexpr int kTries = 1000;
+    for (int tries = 0; g_reports > 0 && tries < kTries; ++tries) Sleep(1);
+    Sleep(2);  // the last steps out
+}
 
 DWORD HttpSignal::timeUntil(Clock::time_point over, const CallControl* control) noexcept
 {
@@ -106,6 +125,7 @@ private:
     static void CALLBACK onStatus(HINTERNET, DWORD_PTR context, DWORD status, void* info, DWORD size) noexcept
     {
         if (context == 0) return;
+        const Report report;
         auto& shared = *reinterpret_cast<Shared*>(context);
         if (status == WINHTTP_CALLBACK_STATUS_HANDLE_CLOSING) shared.close();
         else if ((status & kCompletions) != 0) shared.done(status, info, size);

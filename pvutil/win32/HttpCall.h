@@ -55,6 +55,9 @@ struct HttpReport {
     std::array<wchar_t, 64> address{};  // that was connected to last
 };
 
+/// Until no thread of the system's is in the library any more, which may be unloaded then.
+void awaitReports() noexcept;
+
 /// Closes the request at its end and waits for the system to be done with it; not for long, so that a call that was
 /// stopped ends at once. What the system may still read or write then lives on until it has said its last word.
 class HttpCall {

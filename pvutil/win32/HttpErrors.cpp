@@ -50,6 +50,7 @@ constexpr std::array kMeanings = {
     Meaning{ERROR_WINHTTP_SECURE_FAILURE, HttpFault::tlsFailed},
     Meaning{ERROR_WINHTTP_CLIENT_AUTH_CERT_NEEDED, HttpFault::tlsFailed},
     Meaning{ERROR_WINHTTP_CONNECTION_ERROR, HttpFault::cutOff},
+    Meaning{ERROR_INSUFFICIENT_BUFFER, HttpFault::cutOff},  // of a line of the reply that never ends
     Meaning{WSAENETRESET, HttpFault::cutOff},
     Meaning{WSAECONNABORTED, HttpFault::cutOff},
     Meaning{WSAECONNRESET, HttpFault::cutOff},

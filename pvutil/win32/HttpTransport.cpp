@@ -314,7 +314,10 @@ bool transport(HttpExchange& exchange)
 // from being unloaded.
 void shutDownTransport() noexcept
 {
-    Internet(g_session.exchange(nullptr)).reset();
+    Internet standing(g_session.exchange(nullptr));
+    if (!standing) return;
+    standing.reset();
+    awaitReports();
 }
 
 }  // namespace kzn::pvutil

@@ -3,7 +3,9 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
+#include "pvtrace/pvtrace.h"
 #include "tests/client/ClientFixture.h"
 
 namespace {
@@ -224,4 +226,53 @@ TEST_F(RefreshListenerTest, OfACopyIsToldOnceTheTicksGoThere)
     told.clear();
     ASSERT_TRUE(isTold(2));
     EXPECT_THAT(told, ElementsAre(11, 11));
+}
+
+// A host that shows a window in a listener runs its loop there, and a tick that is due comes in the middle of a call.
+TEST_F(RefreshListenerTest, MayBeToldInALoopThatAnExchangeListenerRuns)
+{
+    client.onRefresh(keep());
+    arm(client);
+    bool isOuter = true;
+    client.onExchange([&](const CWapiClient::Exchange&) { return !std::exchange(isOuter, false) || isTold(1); });
+    std::this_thread::sleep_for(50ms);
+    reply(sessionReply(60));
+    reply(credReply("of the call"));
+    CStringT cred;
+    EXPECT_EQ(client.cloneSession("any"_w, {}, cred), 1);
+    EXPECT_EQ(narrow(cred), "of the call");
+    EXPECT_EQ(told.front(), 1);
+    EXPECT_EQ(client.getNetworkErrorKind(), CWapiClient::NETWORK_NONE);
+    told.clear();
+    EXPECT_TRUE(isTold(1));
+}
+
+namespace {
+
+// Not within itself: a tick writes lines too, and on a slow machine the next one is due by then.
+void pumpInSink(int, const kzn::pvutil::stringex::CharT*)
+{
+    static bool isPumping = false;
+    if (std::exchange(isPumping, true)) return;
+    kzn::pvutil::DispatchPendingMessages();
+    isPumping = false;
+}
+
+}  // namespace
+
+TEST_F(RefreshListenerTest, MayBeToldInALoopThatATraceSinkRuns)
+{
+    client.onRefresh(keep());
+    arm(client, 10ms);
+    otherwise(sessionReply(20));
+    PvTraceSetSink(&pumpInSink);
+    for (int times = 0; times < 20; ++times) {
+        std::this_thread::sleep_for(12ms);
+        EXPECT_EQ(client.callWapi("c"_w, "cmd=x"_w), 1);
+    }
+    PvTraceSetSink(nullptr);
+    EXPECT_FALSE(told.empty());
+    EXPECT_EQ(client.getNetworkErrorKind(), CWapiClient::NETWORK_NONE);
+    told.clear();
+    EXPECT_TRUE(isTold(1));
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/support/TestSystem.h"
 #include "tests/support/Text.h"
 
 namespace {
@@ -32,9 +33,15 @@ int editExtWksp(CWapiClient& client, const CStringT& workspaceID)
     return client.editExtWksp({}, workspaceID, {}, 1, fields);
 }
 
+/// Each thread has a picture of its own.
+std::string pictureName()
+{
+    return "timed picture " + std::to_string(currentThreadId());
+}
+
 int sendPicture(CWapiClient& client)
 {
-    const auto file = std::filesystem::temp_directory_path() / "timed picture.png";
+    const auto file = std::filesystem::temp_directory_path() / pictureName();
     std::ofstream(file) << "picture";
     CStringT url;
     const int result = client.SetSpaceIcon({}, {}, wide(file.string()), url);
@@ -45,7 +52,7 @@ int sendPicture(CWapiClient& client)
 int fetchPicture(CWapiClient& client)
 {
     CStringT path;
-    const int result = client.GetSpaceIcon({}, client.getDmsURL() + "/timed picture"_w, path);
+    const int result = client.GetSpaceIcon({}, client.getDmsURL() + wide("/" + pictureName()), path);
     std::filesystem::remove(narrow(path));
     return result;
 }

@@ -1,6 +1,7 @@
 // What the tests need from the system beyond the library itself.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -43,9 +44,24 @@ public:
     explicit operator bool() const { return handle_ != nullptr; }
     void unload();
 
+    /// What the library calls by this name; null where it has no such function.
+    using Function = void();
+    Function* function(const char* name) const;
+
 private:
     void* handle_;
 };
+
+/// What this process holds of the system.
+struct SystemUse {
+    std::size_t memory = 0;   // bytes that are its own
+    std::size_t handles = 0;  // descriptors, where they are called so
+    std::size_t threads = 0;
+};
+SystemUse systemUse();
+
+/// What the compiler's runtime never gives back of a module that was in use: the locks of its thread-local variables.
+extern const std::size_t kHandlesKeptOfAModule;
 
 /// Sets a variable of the environment, for the processes that are started from now on; an empty value takes it away.
 void setVariable(const std::string& name, const std::string& value);

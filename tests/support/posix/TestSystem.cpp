@@ -4,8 +4,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 const std::string kEndOfLine = "\n";
+const std::size_t kHandlesKeptOfAModule = 0;
 
 namespace {
 
@@ -78,6 +81,24 @@ void LoadedLibrary::unload()
 {
     if (handle_ != nullptr) dlclose(handle_);
     handle_ = nullptr;
+}
+
+LoadedLibrary::Function* LoadedLibrary::function(const char* name) const
+{
+    return reinterpret_cast<Function*>(dlsym(handle_, name));
+}
+
+SystemUse systemUse()
+{
+    const auto entries = [](const char* folder) {
+        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+    };
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    std::size_t shared = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident >> shared;
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return {(resident - shared) * page, entries("/proc/self/fd"), entries("/proc/self/task")};
 }
 
 void setVariable(const std::string& name, const std::string& value)

@@ -2,11 +2,19 @@
 
 #include <windows.h>
 
+#include <psapi.h>
 #include <shlobj.h>
+#include <tlhelp32.h>
+#include <winternl.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
+#include <span>
+#include <vector>
 
 const std::string kEndOfLine = "\r\n";
+const std::size_t kHandlesKeptOfAModule = 3;
 
 namespace {
 
@@ -74,6 +82,46 @@ void LoadedLibrary::unload()
 {
     if (handle_ != nullptr) FreeLibrary(static_cast<HMODULE>(handle_));
     handle_ = nullptr;
+}
+
+LoadedLibrary::Function* LoadedLibrary::function(const char* name) const
+{
+    return reinterpret_cast<Function*>(GetProcAddress(static_cast<HMODULE>(handle_), name));
+}
+
+namespace {
+
+std::size_t threadsHere()
+{
+    const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 thread{};
+    thread.dwSize = sizeof thread;
+    std::size_t count = 0;
+    for (BOOL found = Thread32First(all, &thread); found; found = Thread32Next(all, &thread))
+        if (thread.th32OwnerProcessID == GetCurrentProcessId()) ++count;
+    CloseHandle(all);
+    return count;
+}
+
+// From the list of the whole system: Wine has no count of a process's own.
+std::size_t handlesHere()
+{
+    std::vector<std::byte> list(std::size_t{1} << 20);
+    ULONG needed = 0;
+    while (NtQuerySystemInformation(SystemHandleInformation, list.data(), static_cast<ULONG>(list.size()), &needed) < 0)
+        list.resize(list.size() * 2);
+    const auto* const all = reinterpret_cast<const SYSTEM_HANDLE_INFORMATION*>(list.data());
+    const std::span entries(&all->Handle[0], all->Count);
+    return static_cast<std::size_t>(std::ranges::count(entries, GetCurrentProcessId(), &SYSTEM_HANDLE_ENTRY::OwnerPid));
+}
+
+}  // namespace
+
+SystemUse systemUse()
+{
+    PROCESS_MEMORY_COUNTERS memory{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+    return {memory.PagefileUsage, handlesHere(), threadsHere()};
 }
 
 void setVariable(const std::string& name, const std::string& value)
