@@ -68,15 +68,30 @@ public:
         return requests_;
     }
 
+    void sees(std::string target)
+    {
+        const std::lock_guard lock(mutex_);
+        targets_.push_back(std::move(target));
+    }
+
+    std::vector<std::string> targets() const
+    {
+        const std::lock_guard lock(mutex_);
+        return targets_;
+    }
+
     std::atomic<std::size_t> connections{0};
+    std::atomic<std::size_t> answered{0};
     std::atomic<bool> deaf{false};
     std::atomic<std::uint64_t> longestBody{kAnyBody};
+    std::atomic<Script::End> endInside{Script::End::reset};
 
 private:
     mutable std::mutex mutex_;
     std::deque<Script> queue_;
     Script otherwise_ = Script().send(replyText(404, "text/plain", "no reply is queued"));
     std::vector<CapturedRequest> requests_;
+    std::vector<std::string> targets_;
 };
 
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -95,6 +110,8 @@ public:
         parser_.emplace();
         parser_->body_limit(book_.longestBody.load());
         http::async_read_header(socket_, buffer_, *parser_, [self = shared_from_this()](error_code error, std::size_t) {
+            if (self->parser_->is_header_done() || error == http::error::body_limit)
+                self->book_.sees(std::string(self->parser_->get().target()));
             // A demand for a tunnel has no body, whatever length some clients declare.
             if (!error && self->parser_->get().method() == http::verb::connect) self->answer(error);
             else self->readBody(error);
@@ -109,6 +126,14 @@ public:
         pause_.cancel();
     }
 
+    void reset()
+    {
+        error_code ignored;
+        socket_.set_option(asio::socket_base::linger(true, 0), ignored);
+        socket_.close(ignored);
+        pause_.cancel();
+    }
+
 private:
     void readBody(error_code error)
     {
@@ -119,7 +144,7 @@ private:
 
     void answer(error_code error)
     {
-        if (error == http::error::body_limit) return resetInsideBody();
+        if (error == http::error::body_limit) return endInsideBody();
         if (error) return close();
         script_ = book_.take(captured());
         step(0);
@@ -151,30 +176,26 @@ private:
     {
         asio::async_write(socket_, asio::buffer(script_.steps()[at].bytes),
                           [self = shared_from_this(), at](error_code error, std::size_t) {
-                              if (error) return self->close();
-                              self->step(at + 1);
+                              if (!error) return self->step(at + 1);
+                              ++self->book_.answered;
+                              self->close();
                           });
     }
 
     void finish()
     {
+        ++book_.answered;
         if (script_.end() == Script::End::serveOn) return read();
         if (script_.end() == Script::End::close) close();
         if (script_.end() == Script::End::reset) reset();
     }
 
     // Once: the next connection reads on.
-    void resetInsideBody()
+    void endInsideBody()
     {
         book_.longestBody = kAnyBody;
-        reset();
-    }
-
-    void reset()
-    {
-        error_code ignored;
-        socket_.set_option(asio::socket_base::linger(true, 0), ignored);
-        socket_.close(ignored);
+        if (book_.endInside == Script::End::close) close();
+        else reset();
     }
 
     tcp::socket socket_;
@@ -249,11 +270,11 @@ public:
     }
 
     // Returns when it is done: what the test does next meets closed connections.
-    void closeConnections()
+    void endConnections(void (Connection::*end)())
     {
         std::promise<void> done;
         asio::post(context_, [&] {
-            for (const auto& connection : connections_) connection->close();
+            for (const auto& connection : connections_) ((*connection).*end)();
             connections_.clear();
             done.set_value();
         });
@@ -268,7 +289,8 @@ private:
     void accept()
     {
         acceptor_.async_accept([this](error_code error, tcp::socket socket) {
-            if (error) return;
+            if (error == asio::error::operation_aborted) return;
+            if (error) return accept();  // one that was given up before it was taken in
             const auto connection = std::make_shared<Connection>(std::move(socket), book, ++book.connections);
             connections_.push_back(connection);
             connection->read();
@@ -329,6 +351,16 @@ std::vector<CapturedRequest> CaptureServer::requests() const
     return engine_->book.requests();
 }
 
+std::vector<std::string> CaptureServer::targets() const
+{
+    return engine_->book.targets();
+}
+
+std::size_t CaptureServer::answered() const
+{
+    return engine_->book.answered;
+}
+
 std::size_t CaptureServer::connections() const
 {
     return engine_->book.connections;
@@ -336,11 +368,17 @@ std::size_t CaptureServer::connections() const
 
 void CaptureServer::closeConnections()
 {
-    engine_->closeConnections();
+    engine_->endConnections(&Connection::close);
 }
 
-void CaptureServer::resetInsideBodyOver(std::size_t bytes)
+void CaptureServer::resetConnections()
 {
+    engine_->endConnections(&Connection::reset);
+}
+
+void CaptureServer::endInsideBodyOver(std::size_t bytes, Script::End end)
+{
+    engine_->book.endInside = end;
     engine_->book.longestBody = bytes;
 }
 
