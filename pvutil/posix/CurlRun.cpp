@@ -10,6 +10,8 @@
 #include <cstring>
 #include <optional>
 
+#include "pvutil/HttpHeaders.h"
+
 namespace kzn::pvutil {
 
 namespace {
@@ -161,6 +163,8 @@ bool CurlRun::header(std::string_view line) noexcept
     const bool isWithin = headBytes_ <= exchange_.limits.headBytes && headLines_ <= limits::kHeadLines &&
                           line.size() <= limits::kHeadLineBytes;
     if (!isWithin) return exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
+    // libcurl reads a number as far as it goes, and of two lengths the last.
+    if (!headStands_ && !readLength(line, length_)) return exchange_.fail(HttpFault::notHttp, HttpPhase::receive);
     if (line == "\r\n" || line == "\n") headStands_ = true;
     return !line.starts_with("HTTP/") || startsHead(line);
 }
@@ -168,6 +172,7 @@ bool CurlRun::header(std::string_view line) noexcept
 bool CurlRun::startsHead(std::string_view line) noexcept
 {
     headStands_ = false;
+    length_.reset();
     const auto status = statusOf(line);
     // It is no reply to a request that asked for no other protocol; libcurl would wait for one behind it.
     if (status == "101") return exchange_.fail(HttpFault::notHttp, HttpPhase::receive);

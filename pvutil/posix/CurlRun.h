@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -85,7 +86,8 @@ private:
     std::size_t headBytes_ = 0;
     std::size_t headLines_ = 0;
     std::size_t interim_ = 0;
-    std::uint64_t closedBytes_ = 0;  // that came on connections which are no more
+    std::optional<std::uint64_t> length_;  // that the head declares
+    std::uint64_t closedBytes_ = 0;        // that came on connections which are no more
     bool hasAddress_ = false;
     bool isSecuring_ = false;
     bool isConnected_ = false;

@@ -50,6 +50,8 @@ constexpr std::array kMeanings = {
     Meaning{ERROR_WINHTTP_SECURE_FAILURE, HttpFault::tlsFailed},
     Meaning{ERROR_WINHTTP_CLIENT_AUTH_CERT_NEEDED, HttpFault::tlsFailed},
     Meaning{ERROR_WINHTTP_CONNECTION_ERROR, HttpFault::cutOff},
+    // Some versions end so where chunks end inside the line of their last one.
+    Meaning{ERROR_INSUFFICIENT_BUFFER, HttpFault::cutOff},
     // Asks the caller to send once more. Nobody knows by then what became of the request.
     Meaning{ERROR_WINHTTP_RESEND_REQUEST, HttpFault::cutOff},
     Meaning{WSAENETRESET, HttpFault::cutOff},

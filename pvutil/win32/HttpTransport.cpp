@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
-#include "pvutil/Ascii.h"
+#include "pvutil/HttpHeaders.h"
 #include "pvutil/StringEx.h"
 #include "pvutil/win32/HttpCall.h"
 #include "pvutil/win32/HttpCause.h"
@@ -208,20 +207,20 @@ int statusOf(HINTERNET request) noexcept
     return static_cast<int>(status);
 }
 
-// The declared length of the body; false where what is declared is no number. Chunks count without it, and two statuses
+// The declared length of the body; false where what is declared is not one number. Chunks count without it, and two statuses
 // come without a body whatever their head says.
 bool lengthOf(HINTERNET request, std::optional<std::uint64_t>& length)
 {
     const int status = statusOf(request);
     if (status == HTTP_STATUS_NO_CONTENT || status == HTTP_STATUS_NOT_MODIFIED) return true;
     if (!headerOf(request, WINHTTP_QUERY_TRANSFER_ENCODING).empty()) return true;
-    const std::string text = headerOf(request, WINHTTP_QUERY_CONTENT_LENGTH);
-    if (text.empty()) return true;
-    const auto digits = ascii::trimmed(text);
-    std::uint64_t value = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    length = value;
-    return error == std::errc() && end == digits.data() + digits.size();
+    const std::string head = headerOf(request, WINHTTP_QUERY_RAW_HEADERS_CRLF);
+    for (std::string_view rest = head; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n') + 1);
+        if (line.empty() || !readLength(line, length)) return line.empty();
+        rest.remove_prefix(line.size());
+    }
+    return true;
 }
 
 // Reads a piece of the body into the buffer; none at its end. No more than what was declared is asked for: some

@@ -116,7 +116,7 @@ TEST_F(HttpLimit, InterimReplies)
     const auto with = [](std::size_t interim) {
         return repeated("HTTP/1.1 100 Continue\r\n\r\n", interim) + kStatusLine + kEnd + "ok";
     };
-    // Windows documents that it passes over as many as it is told; Wine passes over one.
+    // Windows documents that it passes over as many as it is told; Wine passes over none.
     if (runsUnderWine()) return expectEnd("below", Script().send(with(limits::kInterimReplies)), HttpFault::notHttp);
     expectWhole("below", with(limits::kInterimReplies));
     expectTooLarge("above", with(limits::kInterimReplies + 1));

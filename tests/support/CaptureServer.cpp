@@ -45,6 +45,12 @@ public:
         queue_.push_back(std::move(script));
     }
 
+    std::size_t dropQueue()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(queue_, {}).size();
+    }
+
     void otherwise(Script script)
     {
         const std::lock_guard lock(mutex_);
@@ -344,6 +350,11 @@ void CaptureServer::otherwise(int status, std::string_view contentType, std::str
 void CaptureServer::otherwise(Script script)
 {
     engine_->book.otherwise(std::move(script));
+}
+
+std::size_t CaptureServer::dropQueue()
+{
+    return engine_->book.dropQueue();
 }
 
 std::vector<CapturedRequest> CaptureServer::requests() const

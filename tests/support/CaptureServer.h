@@ -78,6 +78,9 @@ public:
     void otherwise(int status, std::string_view contentType, std::string_view body, const Headers& more = {});
     void otherwise(Script script);
 
+    /// Forgets what is queued and was not asked for; how many replies that were.
+    std::size_t dropQueue();
+
     std::vector<CapturedRequest> requests() const;
     std::size_t connections() const;
     /// The targets of all requests whose head has come, whether their body did or not.
