@@ -24,8 +24,8 @@ public:
 
     // ---- What libcurl tells ----
 
-    /// Where a kept connection ends without an answer, libcurl asks again by itself: false then. It would read the address
-    /// anew and drop an empty query; what may be repeated is asked again from the beginning.
+    /// Where a kept connection ends without an answer, libcurl asks again by itself: false then. It would read the
+    /// address anew and drop an empty query; what may be repeated is asked again from the beginning.
     bool mayConnect() noexcept;
     /// `error` is the system's where there is no socket to connect with.
     void connecting(curl_socket_t socket, const sockaddr& address, socklen_t size, int error) noexcept;

@@ -163,7 +163,7 @@ private:
     void sends() noexcept
     {
         report_.phase = HttpPhase::send;
-        report_.hasHeard = report_.hasEnded = false;
+        report_.hasHeard = report_.hasEnded = report_.hasFailed = false;
         report_.received = 0;
     }
 
@@ -182,8 +182,10 @@ private:
     // Some versions of the system's HTTP report what failed here too, as less than nothing.
     void hears(const DWORD* bytes) noexcept
     {
-        const auto count = bytes == nullptr ? -1 : static_cast<std::int32_t>(*bytes);
+        if (bytes == nullptr) return;
+        const auto count = static_cast<std::int32_t>(*bytes);
         if (count == 0) report_.hasEnded = true;
+        if (count < 0) report_.hasFailed = true;
         if (count <= 0) return;
         report_.hasHeard = true;
         report_.received += static_cast<std::uint64_t>(count);

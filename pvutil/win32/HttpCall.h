@@ -55,6 +55,7 @@ struct HttpReport {
     std::uint64_t received = 0;         // bytes of the reply, with all that frames it
     bool hasHeard = false;              // a byte came
     bool hasEnded = false;              // the other end's last byte has come
+    bool hasFailed = false;             // the connection has ended otherwise
     std::array<wchar_t, 64> address{};  // that was connected to last
 };
 

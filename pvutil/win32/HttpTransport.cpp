@@ -207,8 +207,8 @@ int statusOf(HINTERNET request) noexcept
     return static_cast<int>(status);
 }
 
-// The declared length of the body; false where what is declared is not one number. Chunks count without it, and two statuses
-// come without a body whatever their head says.
+// The declared length of the body; false where what is declared is not one number. Chunks count without it, and two
+// statuses come without a body whatever their head says.
 bool lengthOf(HINTERNET request, std::optional<std::uint64_t>& length)
 {
     const int status = statusOf(request);
@@ -247,8 +247,10 @@ bool receiveBody(HttpCall& call, HttpExchange& exchange, const std::optional<std
         call.allow(exchange.limits.headBytes + exchange.reply.size() + limits::kFramingBytes);
         if (!read(call, exchange, length ? *length - exchange.reply.size() : kPiece)) return false;
         if (call.buffer().empty()) {
-            // Chunks end with a last one; some versions of the system's HTTP take the end of the connection for it.
-            const bool isWhole = !length && !(isInChunks && call.report().hasEnded);
+            // Chunks end with a last one. Some versions of the system's HTTP take the end of the connection for it, and
+            // a reset for the end of what has no length.
+            const HttpReport& report = call.report();
+            const bool isWhole = !length && !report.hasFailed && !(isInChunks && report.hasEnded);
             return isWhole || exchange.fail(HttpFault::cutOff, HttpPhase::receive);
         }
         if (!exchange.receive(call.buffer())) return false;

@@ -1,6 +1,7 @@
 // Chunks, codings, and what comes behind a reply. Wine reads a size of a chunk up to where it is none, in 32 bits, and
-// passes over what stands before the next; a coding that is not just "chunked" is none to it, and the end of the connection
-// inside it a reply that is cut off here. Real Windows documents ERROR_WINHTTP_INVALID_SERVER_RESPONSE for both.
+// passes over what stands before the next; a coding that is not just "chunked" is none to it, and the end of the
+// connection inside it a reply that is cut off here. Real Windows documents ERROR_WINHTTP_INVALID_SERVER_RESPONSE for
+// both.
 #include "pvutil/Limits.h"
 #include "tests/hostile/Rows.h"
 

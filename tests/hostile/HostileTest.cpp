@@ -1,7 +1,7 @@
 // Each row of the table against operations, and connections that end at each byte of a reply.
 //
-// ctest runs a share of it: each row with two operations, each operation with a few rows. With PVWAPI_HOSTILE=whole in the
-// environment it is the whole product.
+// ctest runs a share of it: each row with two operations, each operation with a few rows. With PVWAPI_HOSTILE=whole in
+// the environment it is the whole product.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -75,6 +75,7 @@ protected:
         if (done.result == 0 && operations[at].reads != Reads::anything) {
             EXPECT_TRUE(done.isUntouched);
         }
+        if (outcome.kind == Kind::either) return;
         switch (operations[at].reads) {
         case Reads::nothing: EXPECT_EQ(done.result, 1); return;
         case Reads::file: return expectTransfer(outcome, done);
@@ -97,7 +98,8 @@ protected:
         expectConnection(outcome);
         EXPECT_EQ(last.exceptionID, CStringT());
         switch (outcome.kind) {
-        case Kind::plain: break;
+        case Kind::plain:
+        case Kind::either: break;
         case Kind::senseless: EXPECT_EQ(reason, ""); break;
         case Kind::refused: EXPECT_EQ(reason, "r"); break;
         case Kind::beyond:
@@ -237,7 +239,9 @@ TEST_F(HostileReply, ConnectionThatEndsAtEachByteOfAReplyWithoutALength)
             const std::string whole = head + kSuccess;
             const bool hasResult = whole.substr(0, cut).find(result) != std::string::npos;
             endAt(whole, cut, false, cut < head.size() ? lost() : hasResult ? plain() : senseless(), at);
-            endAt(whole, cut, true, lost(), at);
+            // Wine now and then takes a reset for the end; real Windows documents ERROR_WINHTTP_CONNECTION_ERROR.
+            const bool isSure = !runsUnderWine() || cut < head.size();
+            endAt(whole, cut, true, isSure ? lost() : Outcome{Kind::either}, at);
         }
     }
 }

@@ -18,7 +18,8 @@ struct Outcome {
         refused,    // a 0 with the reason "r"
         beyond,     // a 0 with the reason that a limit of the XML gives
         noReply,    // a 0 without a connection, for the reason `network`
-        lost        // the same, for any reason that a connection ends for
+        lost,       // the same, for any reason that a connection ends for
+        either      // that, or what stood until then: a reset is not always told from an end
     };
     Kind kind = Kind::plain;
     CWapiClient::NETWORK_ERROR network = CWapiClient::NETWORK_NONE;

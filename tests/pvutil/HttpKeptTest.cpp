@@ -1,5 +1,5 @@
-// What becomes of a connection behind a reply, and of a request that meets its end: nothing goes out twice that may have
-// been acted on, and nothing that waits is taken for a reply.
+// What becomes of a connection behind a reply, and of a request that meets its end: nothing goes out twice that may
+// have been acted on, and nothing that waits is taken for a reply.
 #include <thread>
 
 #include "tests/pvutil/HttpFixture.h"

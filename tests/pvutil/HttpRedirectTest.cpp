@@ -143,6 +143,25 @@ TEST_F(HttpRedirect, CredentialsStayWithTheServerTheyAreMeantFor)
     EXPECT_EQ(there.header("X-Other"), "1");
 }
 
+// Neither those of the lines nor those of the address; not on the way back either.
+TEST_F(HttpRedirect, CredentialsThatWereLeftBehindDoNotReturn)
+{
+    CaptureServer other;
+    other.reply(302, "", "", {{"Location", server.address("/back")}});
+    redirect(302, other.address("/other"));
+    server.reply(200, "", "back");
+    EXPECT_EQ(get(server.url("/?cred=secret"), "Authorization: Bearer x\r\nProxy-Authorization: Basic y\r\nX-Other: 1"),
+              200);
+    EXPECT_EQ(text(), "back");
+    for (const CapturedRequest& request : {other.requests().back(), last()}) {
+        EXPECT_EQ(request.target.find("secret"), std::string::npos);
+        EXPECT_FALSE(request.has("Authorization"));
+        EXPECT_FALSE(request.has("Proxy-Authorization"));
+        EXPECT_FALSE(request.has("Referer"));
+        EXPECT_EQ(request.header("X-Other"), "1");
+    }
+}
+
 TEST_F(HttpRedirect, DownloadReportsTheFileOnly)
 {
     std::size_t most = 0;

@@ -1,11 +1,9 @@
 #include "tests/support/CaptureServer.h"
 
-#include <algorithm>
 #include <atomic>
 #include <boost/asio.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
-#include <cctype>
 #include <deque>
 #include <future>
 #include <limits>
@@ -21,13 +19,6 @@ using asio::ip::tcp;
 using boost::system::error_code;
 
 namespace {
-
-bool sameName(std::string_view left, std::string_view right)
-{
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [&](char a, char b) { return lower(a) == lower(b); });
-}
 
 tcp::endpoint anyLoopbackPort()
 {
@@ -215,48 +206,6 @@ private:
 
 }  // namespace
 
-std::string CapturedRequest::header(std::string_view name) const
-{
-    const auto found =
-        std::find_if(headers.begin(), headers.end(), [&](const auto& h) { return sameName(h.first, name); });
-    return found == headers.end() ? std::string() : found->second;
-}
-
-bool CapturedRequest::has(std::string_view name) const
-{
-    return std::any_of(headers.begin(), headers.end(), [&](const auto& h) { return sameName(h.first, name); });
-}
-
-Script& Script::send(std::string bytes)
-{
-    steps_.push_back({std::chrono::milliseconds(0), std::move(bytes)});
-    return *this;
-}
-
-Script& Script::pause(std::chrono::milliseconds time)
-{
-    steps_.push_back({time, {}});
-    return *this;
-}
-
-Script& Script::close()
-{
-    end_ = End::close;
-    return *this;
-}
-
-Script& Script::reset()
-{
-    end_ = End::reset;
-    return *this;
-}
-
-Script& Script::stall()
-{
-    end_ = End::stall;
-    return *this;
-}
-
 class CaptureServer::Engine {
 public:
     Engine() : acceptor_(context_, anyLoopbackPort())
@@ -403,16 +352,6 @@ unsigned short CaptureServer::closedPort()
     asio::io_context context;
     const tcp::acceptor acceptor(context, anyLoopbackPort());
     return acceptor.local_endpoint().port();
-}
-
-std::string replyText(int status, std::string_view contentType, std::string_view body, const Headers& more)
-{
-    const auto reason = http::obsolete_reason(http::int_to_status(static_cast<unsigned>(status)));
-    std::string text = "HTTP/1.1 " + std::to_string(status) + ' ' + std::string(reason) + "\r\n";
-    if (!contentType.empty()) text.append("Content-Type: ").append(contentType).append("\r\n");
-    for (const auto& [name, value] : more) text.append(name).append(": ").append(value).append("\r\n");
-    text.append("Content-Length: ").append(std::to_string(body.size())).append("\r\n\r\n").append(body);
-    return text;
 }
 
 }  // namespace kzn::test
