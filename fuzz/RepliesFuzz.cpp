@@ -44,10 +44,12 @@ constexpr std::array kParsers = {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+try {
     std::string_view input = fuzz::bytes(data, size);
     const unsigned parser = fuzz::takeByte(input);
     const unsigned pieces = fuzz::takeByte(input);
     kParsers[parser % kParsers.size()](kzn::pvutil::stringex::FromUtf8(input), 1 + pieces % 64);
     return 0;
+} catch (const EXPAT_EX::XmlLimitPassed&) {
+    return 0;  // there is nothing to compare
 }

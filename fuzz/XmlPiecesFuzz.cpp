@@ -32,7 +32,7 @@ void checkSame(const XmlSelection& left, const XmlSelection& right)
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+try {
     std::string_view input = fuzz::bytes(data, size);
     const unsigned choice = fuzz::takeByte(input);
     const CStringT text = choice % 2 == 0 ? kzn::pvutil::stringex::FromUtf8(input) : fuzz::unitsOf(input);
@@ -55,4 +55,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     fuzz::check(used.ParseXML(text) == well, "well-formed the second time as well");
     checkSame(whole, used);
     return 0;
+} catch (const EXPAT_EX::XmlLimitPassed&) {
+    return 0;  // there is nothing to compare
 }

@@ -18,6 +18,7 @@ constexpr HttpLimits kDefaults;
 constinit std::atomic<int> g_connectMs = static_cast<int>(kDefaults.connect.count());
 constinit std::atomic<int> g_silenceMs = static_cast<int>(kDefaults.silence.count());
 constinit std::atomic<std::size_t> g_replyBytes = kDefaults.replyBytes;
+constinit std::atomic<std::size_t> g_headBytes = kDefaults.headBytes;
 constinit std::atomic<int> g_redirects = kDefaults.redirects;
 
 HttpLimits limitsInForce() noexcept
@@ -26,6 +27,7 @@ HttpLimits limitsInForce() noexcept
     limits.connect = std::chrono::milliseconds(g_connectMs);
     limits.silence = std::chrono::milliseconds(g_silenceMs);
     limits.replyBytes = g_replyBytes;
+    limits.headBytes = g_headBytes;
     limits.redirects = g_redirects;
     return limits;
 }
@@ -173,6 +175,7 @@ void CZelHttpClient::SetLimits(const HttpLimits& limits) noexcept
     g_connectMs = static_cast<int>(limits.connect.count());
     g_silenceMs = static_cast<int>(limits.silence.count());
     g_replyBytes = limits.replyBytes;
+    g_headBytes = limits.headBytes;
     g_redirects = limits.redirects;
 }
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "pvutil/HttpFailure.h"
+#include "pvutil/Limits.h"
 #include "pvutil/StringEx.h"
 
 namespace kzn::pvutil {
@@ -35,13 +36,13 @@ constexpr unsigned long kUpload = kTextReply | kCallerHeaders | kBinaryBody;  //
 constexpr unsigned long kDownload = kBytesReply;                              // 16, a file
 }  // namespace HttpOption
 
-/// How long and how much an exchange may take.
+/// How long and how much an exchange may take; Limits.h says why.
 struct HttpLimits {
     std::chrono::milliseconds connect{15'000};
     std::chrono::milliseconds silence{60'000};  // without a byte moving either way
-    std::size_t replyBytes = std::size_t{64} << 20;
-    std::size_t headBytes = std::size_t{256} << 10;  // of all heads and trailers; the service's own take a few hundred
-    int redirects = 5;
+    std::size_t replyBytes = limits::kReplyBytes;
+    std::size_t headBytes = limits::kHeadBytes;
+    int redirects = limits::kRedirects;
 };
 
 /// One object a request; connections and what else is dear to make are kept and used again underneath.

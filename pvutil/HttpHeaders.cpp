@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <limits>
 #include <span>
 
 #include "pvutil/Ascii.h"
@@ -64,6 +66,21 @@ bool hasHeader(const HeaderLines& lines, std::string_view name) noexcept
 void addHeader(HeaderLines& lines, std::string_view name, std::string_view value)
 {
     if (!hasHeader(lines, name)) lines.push_back(headerLine(name, value));
+}
+
+bool readLength(std::string_view line, std::optional<std::uint64_t>& length) noexcept
+{
+    const std::string_view name = nameOf(line);
+    if (name.size() == line.size() || !ascii::same(name, "Content-Length")) return true;
+    const std::string_view value = line.substr(name.size() + 1);
+    const std::string_view digits = ascii::trimmed(value.substr(0, value.find_last_not_of("\r\n") + 1));
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (end != digits.data() + digits.size() || error == std::errc::invalid_argument) return false;
+    if (error == std::errc::result_out_of_range) number = std::numeric_limits<std::uint64_t>::max();
+    const bool isOne = length.value_or(number) == number;
+    length = number;
+    return isOne;
 }
 
 void removeCredentials(HeaderLines& lines)

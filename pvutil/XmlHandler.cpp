@@ -8,6 +8,7 @@
 #include <new>
 #include <utility>
 
+#include "pvutil/Limits.h"
 #include "pvutil/XmlPathTree.h"
 
 namespace EXPAT_EX {
@@ -17,15 +18,14 @@ using kzn::pvutil::stringex::CStringView;
 
 static_assert(sizeof(XML_Char) == sizeof(CharT), "expat's 16-bit build reads the text as it is");
 
+namespace limits = kzn::pvutil::limits;
+
 namespace {
 
 struct FreeParser {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
 };
 using Parser = std::unique_ptr<XML_ParserStruct, FreeParser>;
-
-// Every open element takes memory: a reply of nothing but openings would take a hundred times its size.
-constexpr std::size_t kDeepest = 1'000'000;
 
 // Expat has an integer type of its own for the same 16-bit units.
 const CharT* units(const XML_Char* text) noexcept
@@ -69,8 +69,9 @@ private:
     {
         parser_.reset(XML_ParserCreate(forcedEncoding()));
         if (!parser_) throw std::bad_alloc();
+        root_.restart();
         cursor_ = &root_;
-        outside_ = 0;
+        depth_ = outside_ = 0;
         isWell_ = true;
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), &Reader::onStart, &Reader::onEnd);
@@ -122,18 +123,22 @@ private:
 
     void start(const CharT* name)
     {
+        if (++depth_ > limits::kXmlDepth) throw XmlLimitPassed("The reply is nested too deeply.");
         XmlPathNode* child = outside_ == 0 ? cursor_->find(name) : nullptr;
         if (!child) {
-            if (++outside_ > kDeepest) XML_StopParser(parser_.get(), XML_FALSE);
+            ++outside_;
             return;
         }
         cursor_ = child;
         cursor_->text.clear();
+        if (!cursor_->listeners.empty() && ++cursor_->items > limits::kXmlItems)
+            throw XmlLimitPassed("A list of the reply is too long.");
         for (const unsigned id : cursor_->listeners) handler_.OnStartNodeListEvent(id);
     }
 
     void end()
     {
+        --depth_;
         if (outside_ != 0) {
             --outside_;
             return;
@@ -145,14 +150,18 @@ private:
 
     void text(const CharT* text, std::size_t length)
     {
-        if (outside_ == 0 && !cursor_->targets.empty()) cursor_->text.append(text, length);
+        if (outside_ != 0 || cursor_->targets.empty()) return;
+        if (length > limits::kXmlTextUnits - cursor_->text.size())
+            throw XmlLimitPassed("A text of the reply is too long.");
+        cursor_->text.append(text, length);
     }
 
     CXMLHandler& handler_;
     XmlPathNode root_{CStringT(), nullptr};
     Parser parser_;
     XmlPathNode* cursor_ = nullptr;
-    std::size_t outside_ = 0;
+    std::size_t depth_ = 0;
+    std::size_t outside_ = 0;  // of these, below what the tree knows
     bool isWell_ = true;
     std::exception_ptr thrown_;
 };

@@ -1,11 +1,22 @@
 // Reads an XML text by paths: text selectors and node lists.
 #pragma once
 
+#include <exception>
 #include <memory>
 
 #include "pvutil/StringEx.h"
 
 namespace EXPAT_EX {
+
+/// A text went beyond one of pvutil/Limits.h. What was read of it must not pass for the whole.
+class XmlLimitPassed final : public std::exception {
+public:
+    explicit XmlLimitPassed(const char* what) noexcept : what_(what) {}
+    const char* what() const noexcept override { return what_; }
+
+private:
+    const char* what_;  // a literal
+};
 
 /// A path runs from the root element down and ends in "/", such as "/kznapi/response/result/". Several selectors and
 /// listeners may stand on one path; they are served in the order of their registration.
@@ -38,7 +49,8 @@ public:
     void AddNodeListEventListener(unsigned id, const CStringT& path);
 
     /// Reads the whole text and raises the events in document order. 1 where it is well-formed, else 0, with everything
-    /// that stood before the fault delivered. An exception of an event ends the parse and comes out here.
+    /// that stood before the fault delivered. An exception of an event ends the parse and comes out here, and so does
+    /// XmlLimitPassed.
     int ParseXML(const CStringT& text);
 
     /// The same with a text that comes in pieces, `last` with the last of them. 1 where all is well so far.

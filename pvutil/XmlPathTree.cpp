@@ -46,6 +46,12 @@ XmlPathNode* XmlPathNode::find(const CharT* name) noexcept
     return nullptr;
 }
 
+void XmlPathNode::restart() noexcept
+{
+    items = 0;
+    for (const auto& child : children_) child->restart();
+}
+
 void XmlPathNode::deliver()
 {
     if (targets.empty()) return;

@@ -22,12 +22,16 @@ public:
 
     XmlPathNode* parent() const noexcept { return parent_; }
 
+    /// A text begins that this and all below it have seen nothing of.
+    void restart() noexcept;
+
     /// Hands the collected text to every target.
     void deliver();
 
     std::vector<CStringT*> targets;
     std::vector<unsigned> listeners;
     CStringT text;
+    std::size_t items = 0;  // elements that listeners were told of
 
 private:
     XmlPathNode& child(kzn::pvutil::stringex::CStringView name);

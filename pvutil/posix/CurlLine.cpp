@@ -3,6 +3,7 @@
 #include <linux/tcp.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include <cerrno>
 #include <functional>
 #include <mutex>
+#include <numeric>
 #include <thread>
 
 #include "pvutil/posix/CurlRun.h"
@@ -48,6 +50,13 @@ std::uint64_t receivedBy(const tcp_info& info) noexcept
 {
     const bool hasEnd = info.tcpi_state == kEndedByPeer && info.tcpi_bytes_received > 0;
     return info.tcpi_bytes_received - (hasEnd ? 1 : 0);
+}
+
+// How many of them nobody has read yet.
+std::uint64_t unreadOn(curl_socket_t socket) noexcept
+{
+    int bytes = 0;
+    return ::ioctl(socket, FIONREAD, &bytes) == 0 ? static_cast<std::uint64_t>(bytes) : 0;
 }
 
 // More connections than one line ever keeps open at once.
@@ -114,7 +123,7 @@ int CurlLine::onClose(void* line, curl_socket_t socket) noexcept
     if (found != self.open_.end()) {
         const tcp_info info = infoOf(socket);
         if (self.run_ != nullptr)
-            self.run_->closing(receivedBy(info) > found->receivedBefore, info.tcpi_state == kReset);
+            self.run_->closing(receivedBy(info) - found->receivedBefore, info.tcpi_state == kReset);
         self.open_.erase(found);
     }
     return ::close(socket);
@@ -125,6 +134,14 @@ void CurlLine::serve(CurlRun* run) noexcept
     run_ = run;
     if (run_ == nullptr) return;
     for (Open& each : open_) each.receivedBefore = receivedBy(infoOf(each.socket));
+}
+
+std::uint64_t CurlLine::taken() const noexcept
+{
+    return std::accumulate(open_.begin(), open_.end(), std::uint64_t{0}, [](std::uint64_t sum, const Open& each) {
+        const std::uint64_t received = receivedBy(infoOf(each.socket)) - each.receivedBefore;
+        return sum + received - std::min(received, unreadOn(each.socket));
+    });
 }
 
 bool CurlLine::isClean() const noexcept

@@ -28,6 +28,9 @@ public:
     /// Whose exchange it is from now on; null for nobody's.
     void serve(CurlRun* run) noexcept;
 
+    /// How many bytes libcurl has taken from what is open since the exchange began.
+    std::uint64_t taken() const noexcept;
+
     /// Whether nothing waits on a kept connection and none has ended. What waits there would become the next reply.
     bool isClean() const noexcept;
 

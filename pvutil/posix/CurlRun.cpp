@@ -10,6 +10,8 @@
 #include <cstring>
 #include <optional>
 
+#include "pvutil/HttpHeaders.h"
+
 namespace kzn::pvutil {
 
 namespace {
@@ -53,11 +55,11 @@ int onProgress(void* run, curl_off_t, curl_off_t down, curl_off_t, curl_off_t up
     return runOf(run).progress(down, up) ? 0 : 1;
 }
 
-// "HTTP/1.1 101 ..." is no reply to a request that asked for no other protocol; libcurl would wait for one behind it.
-bool switchesProtocol(std::string_view line) noexcept
+// "101" of "HTTP/1.1 101 ..."
+std::string_view statusOf(std::string_view line) noexcept
 {
     const std::size_t blank = line.find(' ');
-    return line.starts_with("HTTP/") && blank != std::string_view::npos && line.substr(blank + 1, 3) == "101";
+    return blank == std::string_view::npos ? std::string_view() : line.substr(blank + 1, 3);
 }
 
 }  // namespace
@@ -90,10 +92,8 @@ void CurlRun::connecting(curl_socket_t socket, const sockaddr& address, socklen_
 bool CurlRun::mayConnect() noexcept
 {
     if (!isConnected_) return true;
-    if (mayRepeat()) {
-        isConnected_ = hasAddress_ = false;  // all begins anew, with the look-up
-        return true;
-    }
+    wasAskedAgain_ = true;
+    if (mayRepeat()) return false;
     const HttpFault fault = hasHeard_ ? HttpFault::cutOff : HttpFault::closed;
     return exchange_.fail(fault, phase(), wasReset_ ? std::strerror(ECONNRESET) : "");
 }
@@ -107,10 +107,19 @@ bool CurlRun::connected() noexcept
     return true;
 }
 
+// All begins anew, with the look-up.
+void CurlRun::restart() noexcept
+{
+    rewind();
+    isConnected_ = hasAddress_ = wasReset_ = wasAskedAgain_ = false;
+    socketError_ = 0;
+}
+
 // Asked here because a second attempt begins its counters anew. A request counts as written, and may have been acted
 // on, unless some of it is known to have stayed here.
-void CurlRun::closing(bool hasReceived, bool wasReset) noexcept
+void CurlRun::closing(std::uint64_t received, bool wasReset) noexcept
 {
+    closedBytes_ += received;
     if (!isConnected_) {
         isSecuring_ = isSecuring_ || hasPeer();
         socket_ = CURL_SOCKET_BAD;
@@ -118,7 +127,7 @@ void CurlRun::closing(bool hasReceived, bool wasReset) noexcept
     }
     wasReset_ = wasReset;
     // The beginning of a line is no line to libcurl yet. Under TLS bytes come that are none of the reply.
-    if (!exchange_.url.secure && hasReceived) hasHeard_ = true;
+    if (!exchange_.url.secure && received > 0) hasHeard_ = true;
     long request = 0;
     curl_off_t body = 0;
     curl_easy_getinfo(easy_, CURLINFO_REQUEST_SIZE, &request);
@@ -150,11 +159,31 @@ bool CurlRun::header(std::string_view line) noexcept
     moved();
     hasHeard_ = true;
     headBytes_ += line.size();
-    if (headBytes_ > exchange_.limits.headBytes) return exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
-    if (switchesProtocol(line)) return exchange_.fail(HttpFault::notHttp, HttpPhase::receive);
-    if (line.starts_with("HTTP/")) headStands_ = false;
+    ++headLines_;
+    const bool isWithin = headBytes_ <= exchange_.limits.headBytes && headLines_ <= limits::kHeadLines &&
+                          line.size() <= limits::kHeadLineBytes;
+    if (!isWithin) return exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
+    // libcurl reads a number as far as it goes, and of two lengths the last.
+    if (!headStands_ && !readLength(line, length_)) return exchange_.fail(HttpFault::notHttp, HttpPhase::receive);
     if (line == "\r\n" || line == "\n") headStands_ = true;
-    return true;
+    return !line.starts_with("HTTP/") || startsHead(line);
+}
+
+bool CurlRun::startsHead(std::string_view line) noexcept
+{
+    headStands_ = false;
+    length_.reset();
+    const auto status = statusOf(line);
+    // It is no reply to a request that asked for no other protocol; libcurl would wait for one behind it.
+    if (status == "101") return exchange_.fail(HttpFault::notHttp, HttpPhase::receive);
+    if (!status.starts_with('1') || ++interim_ <= limits::kInterimReplies) return true;
+    return exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
+}
+
+bool CurlRun::mayFrame(std::uint64_t taken) noexcept
+{
+    const std::uint64_t known = headBytes_ + exchange_.reply.size() + limits::kFramingBytes;
+    return closedBytes_ + taken <= known || exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
 }
 
 bool CurlRun::receive(std::string_view bytes) noexcept

@@ -165,13 +165,19 @@ CURLcode resultOf(CURLM* multi) noexcept
     return CURLE_FAILED_INIT;
 }
 
+// Looked at only once a head stands: to ask the system each time would cost a short call some of its speed.
+bool mayFrame(const CurlLine& line, CurlRun& run) noexcept
+{
+    return !run.headStands() || run.mayFrame(line.taken());
+}
+
 // Until the exchange has come to its end or may not go on; the cause is kept then, and the code is of no matter.
-CURLcode drive(CURLM* multi, Wait& wait, CurlRun& run) noexcept
+CURLcode drive(const CurlLine& line, Wait& wait, CurlRun& run) noexcept
 {
     for (int running = 1;;) {
-        if (curl_multi_perform(multi, &running) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
-        if (running == 0) return resultOf(multi);
-        if (!run.mayGoOn()) return CURLE_ABORTED_BY_CALLBACK;
+        if (curl_multi_perform(line.multi(), &running) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
+        if (running == 0) return resultOf(line.multi());
+        if (!run.mayGoOn() || !mayFrame(line, run)) return CURLE_ABORTED_BY_CALLBACK;
         if (wait.until(run.patience()) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
     }
 }
@@ -180,7 +186,7 @@ CURLcode attempt(const CurlLine& line, CurlRun& run, HttpExchange& exchange) noe
 {
     Wait wait(line.multi(), exchange.control);
     if (curl_multi_add_handle(line.multi(), line.easy()) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
-    const CURLcode code = drive(line.multi(), wait, run);
+    const CURLcode code = drive(line, wait, run);
     curl_multi_remove_handle(line.multi(), line.easy());
     return code;
 }
@@ -192,12 +198,13 @@ bool metAnErrorOfAKeptConnection(CURL* easy, CURLcode code) noexcept
     return (code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR) && made == 0;
 }
 
-// libcurl asks again by itself where it finds a kept connection at its end, but not where it meets an error of it.
+// libcurl would ask again by itself where it finds a kept connection at its end, but not where it meets an error of it.
 CURLcode ask(const CurlLine& line, CurlRun& run, HttpExchange& exchange) noexcept
 {
     const CURLcode code = attempt(line, run, exchange);
-    if (!metAnErrorOfAKeptConnection(line.easy(), code) || !run.mayRepeat()) return code;
-    run.rewind();
+    const bool metItsEnd = run.wasAskedAgain() || metAnErrorOfAKeptConnection(line.easy(), code);
+    if (!metItsEnd || !run.mayRepeat()) return code;
+    run.restart();
     return attempt(line, run, exchange);
 }
 
@@ -221,8 +228,8 @@ bool perform(CurlLine& line, HttpExchange& exchange)
     const bool isSetUp = setRequest(easy, exchange, headers.get(), error);
     line.serve(&run);
     const CURLcode code = isSetUp ? ask(line, run, exchange) : CURLE_OUT_OF_MEMORY;
+    const bool whole = code == CURLE_OK && run.headStands() && mayFrame(line, run) && run.finish();
     line.serve(nullptr);
-    const bool whole = code == CURLE_OK && run.headStands() && run.finish();
     if (whole) {
         exchange.contentType = valueOf(easy, "Content-Type");
         exchange.location = valueOf(easy, "Location");

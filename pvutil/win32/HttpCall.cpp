@@ -20,6 +20,9 @@ using Clock = CallControl::Clock;
 constexpr std::chrono::milliseconds kStopped{30};
 constexpr std::chrono::milliseconds kDone{2000};
 
+// How far ahead of what it hands over the system may read.
+constexpr std::uint64_t kReadAhead = std::uint64_t{256} << 10;
+
 // A request that the system holds on to reports its end some time after the call is over. The library must still be
 // there by then, whatever its host does: it stays loaded. This is rare where closing a request ends what it does at
 // once, and usual where the system waits for its sockets first.
@@ -70,7 +73,8 @@ public:
         : connect_(exchange.limits.connect),
           silence_(exchange.limits.silence),
           afterConnect_(exchange.url.secure ? HttpPhase::secure : HttpPhase::connect),
-          signal_(std::move(signal))
+          signal_(std::move(signal)),
+          mostReceived_(exchange.limits.headBytes + kReadAhead)
     {
     }
 
@@ -109,6 +113,12 @@ public:
     {
         const std::lock_guard guard(lock_);
         return report_.phase < HttpPhase::send ? begin_ + connect_ : lastMove_ + silence_;
+    }
+
+    void allow(std::uint64_t received) noexcept
+    {
+        const std::lock_guard guard(lock_);
+        mostReceived_ = received + kReadAhead;
     }
 
     bool isClosed() noexcept
@@ -151,6 +161,7 @@ private:
         const std::lock_guard guard(lock_);
         moved();
         switch (status) {
+        case WINHTTP_CALLBACK_STATUS_INTERMEDIATE_RESPONSE: hearsInterim(); break;
         case WINHTTP_CALLBACK_STATUS_RESOLVING_NAME: report_.phase = HttpPhase::lookUp; break;
         case WINHTTP_CALLBACK_STATUS_CONNECTING_TO_SERVER: connects(static_cast<const wchar_t*>(info)); break;
         case WINHTTP_CALLBACK_STATUS_CONNECTED_TO_SERVER: report_.phase = afterConnect_; break;
@@ -174,16 +185,33 @@ private:
     void sends() noexcept
     {
         report_.phase = HttpPhase::send;
-        report_.hasHeard = report_.hasEnded = false;
+        report_.hasHeard = report_.hasEnded = report_.hasFailed = false;
+        report_.received = 0;
+    }
+
+    // Not every version of the system's HTTP tells of them; their bytes count in any case.
+    void hearsInterim() noexcept
+    {
+        if (++interim_ > limits::kInterimReplies) passLimit();
+    }
+
+    void passLimit() noexcept
+    {
+        report_.isPastLimit = true;
+        signal_->wake();
     }
 
     // Some versions of the system's HTTP report what failed here too, as less than nothing.
     void hears(const DWORD* bytes) noexcept
     {
-        const auto count = bytes == nullptr ? -1 : static_cast<std::int32_t>(*bytes);
+        if (bytes == nullptr) return;
+        const auto count = static_cast<std::int32_t>(*bytes);
         if (count == 0) report_.hasEnded = true;
+        if (count < 0) report_.hasFailed = true;
         if (count <= 0) return;
         report_.hasHeard = true;
+        report_.received += static_cast<std::uint64_t>(count);
+        if (report_.received > mostReceived_) passLimit();
         if (report_.phase == HttpPhase::wait) report_.phase = HttpPhase::receive;
     }
 
@@ -208,6 +236,8 @@ private:
     const Clock::time_point begin_ = Clock::now();
     mutable ShortLock lock_;  // held for a look or a change only
     HttpReport report_;
+    std::uint64_t mostReceived_;
+    std::size_t interim_ = 0;
     Clock::time_point lastMove_ = begin_;
     std::shared_ptr<Shared> self_;
 };
@@ -247,6 +277,11 @@ void HttpCall::enter(HttpPhase phase) noexcept
     shared_->locked([&](HttpReport& report) { report.phase = phase; });
 }
 
+void HttpCall::allow(std::uint64_t received) noexcept
+{
+    shared_->allow(received);
+}
+
 void HttpCall::begin() noexcept
 {
     shared_->locked([](HttpReport& report) { report.isPending = true; });
@@ -262,6 +297,10 @@ bool HttpCall::await(HttpExchange& exchange) noexcept
     for (;;) {
         report_ = shared_->locked([](const HttpReport& report) { return report; });
         if (!exchange.mayGoOn(report_.phase)) return false;
+        if (report_.isPastLimit) {
+            report_.error = ERROR_WINHTTP_HEADER_SIZE_OVERFLOW;
+            return false;
+        }
         if (!report_.isPending) return report_.error == ERROR_SUCCESS;
         const auto over = shared_->over();
         if (Clock::now() >= over) {

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -50,8 +51,11 @@ struct HttpReport {
     DWORD count = 0;        // of the bytes that the last step was about
     DWORD secureFlags = 0;  // why the connection could not be secured
     HttpPhase phase = HttpPhase::connect;
+    bool isPastLimit = false;           // more came than may
+    std::uint64_t received = 0;         // bytes of the reply, with all that frames it
     bool hasHeard = false;              // a byte came
     bool hasEnded = false;              // the other end's last byte has come
+    bool hasFailed = false;             // the connection has ended otherwise
     std::array<wchar_t, 64> address{};  // that was connected to last
 };
 
@@ -77,6 +81,10 @@ public:
     /// As the last step left it.
     const HttpReport& report() const noexcept { return report_; }
     void enter(HttpPhase phase) noexcept;
+
+    /// How many bytes of the reply may come over the wire from here on, with those that have come; what is under way
+    /// ends with ERROR_WINHTTP_HEADER_SIZE_OVERFLOW where more do.
+    void allow(std::uint64_t received) noexcept;
 
     /// Has the system begin something and waits until it is done. False where it failed or was stopped; the cause is in
     /// the report, or with the exchange where it was stopped.

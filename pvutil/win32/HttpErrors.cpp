@@ -50,7 +50,10 @@ constexpr std::array kMeanings = {
     Meaning{ERROR_WINHTTP_SECURE_FAILURE, HttpFault::tlsFailed},
     Meaning{ERROR_WINHTTP_CLIENT_AUTH_CERT_NEEDED, HttpFault::tlsFailed},
     Meaning{ERROR_WINHTTP_CONNECTION_ERROR, HttpFault::cutOff},
-    Meaning{ERROR_INSUFFICIENT_BUFFER, HttpFault::cutOff},  // of a line of the reply that never ends
+    // Some versions end so where a line of the reply never ends.
+    Meaning{ERROR_INSUFFICIENT_BUFFER, HttpFault::cutOff},
+    // Asks the caller to send once more. Nobody knows by then what became of the request.
+    Meaning{ERROR_WINHTTP_RESEND_REQUEST, HttpFault::cutOff},
     Meaning{WSAENETRESET, HttpFault::cutOff},
     Meaning{WSAECONNABORTED, HttpFault::cutOff},
     Meaning{WSAECONNRESET, HttpFault::cutOff},

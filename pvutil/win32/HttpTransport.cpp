@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
-#include "pvutil/Ascii.h"
+#include "pvutil/HttpHeaders.h"
 #include "pvutil/StringEx.h"
 #include "pvutil/win32/HttpCall.h"
 #include "pvutil/win32/HttpCause.h"
@@ -23,7 +22,13 @@ namespace {
 constexpr std::size_t kSlice = std::size_t{64} << 10;
 constexpr std::size_t kPiece = std::size_t{64} << 10;
 
-// The one session of the process; the connections that it keeps open serve every thread.
+// A connection serves one request. Nobody can ask WinHTTP whether something waits on a kept one, and what waits there
+// becomes the next reply: a second reply, a notice that the server ends the connection, trailers that were not read.
+// And where a kept one turns out dead, WinHTTP sends the request anew by itself, however much of it had gone out; its
+// documentation says no more than that it may. A new connection costs a way there and back, and TLS one or two more.
+constexpr DWORD kNotKept = WINHTTP_DISABLE_KEEP_ALIVE;
+
+// The one session of the process; it serves every thread.
 constinit std::atomic<HINTERNET> g_session = nullptr;
 
 void setOption(HINTERNET handle, DWORD option, DWORD value) noexcept
@@ -73,6 +78,13 @@ bool addHeaders(HINTERNET request, const HttpExchange& exchange)
     return true;
 }
 
+// Not every version of the system's HTTP has these.
+void setHeadLimits(HINTERNET request, const HttpLimits& limits) noexcept
+{
+    setOption(request, WINHTTP_OPTION_MAX_RESPONSE_HEADER_SIZE, static_cast<DWORD>(limits.headBytes));
+    setOption(request, WINHTTP_OPTION_MAX_HTTP_STATUS_CONTINUE, static_cast<DWORD>(limits::kInterimReplies));
+}
+
 Internet openRequest(HINTERNET connection, const HttpExchange& exchange)
 {
     const DWORD flags = WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
@@ -82,8 +94,9 @@ Internet openRequest(HINTERNET connection, const HttpExchange& exchange)
                                         WINHTTP_DEFAULT_ACCEPT_TYPES, flags)};
     if (!request) return request;
     setOption(request.get(), WINHTTP_OPTION_DISABLE_FEATURE,
-              WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_AUTHENTICATION);
+              WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_AUTHENTICATION | kNotKept);
     setLimits(request.get(), exchange.limits);
+    setHeadLimits(request.get(), exchange.limits);
     return addHeaders(request.get(), exchange) ? std::move(request) : nullptr;
 }
 
@@ -164,11 +177,23 @@ std::string headerOf(HINTERNET request, DWORD which)
     return stringex::ToUtf8(value);
 }
 
-// A head that breaks off is no failure to every version of the system's HTTP; a whole one ends with an empty line.
-bool headStands(HINTERNET request, HttpExchange& exchange)
+bool isWithinLimits(std::string_view head, const HttpLimits& limits) noexcept
 {
-    const std::string head = headerOf(request, WINHTTP_QUERY_RAW_HEADERS_CRLF);
-    if (head.size() > exchange.limits.headBytes) return exchange.fail(HttpFault::tooLarge, HttpPhase::receive);
+    if (head.size() > limits.headBytes) return false;
+    std::size_t lines = 0;
+    while (!head.empty()) {
+        const std::size_t line = std::min(head.find('\n'), head.size() - 1) + 1;
+        if (++lines > limits::kHeadLines || line > limits::kHeadLineBytes) return false;
+        head.remove_prefix(line);
+    }
+    return true;
+}
+
+// A head that breaks off is no failure to every version of the system's HTTP; a whole one ends with an empty line.
+bool headStands(HttpCall& call, HttpExchange& exchange)
+{
+    const std::string head = headerOf(call.request(), WINHTTP_QUERY_RAW_HEADERS_CRLF);
+    if (!isWithinLimits(head, exchange.limits)) return exchange.fail(HttpFault::tooLarge, HttpPhase::receive);
     return head.ends_with("\r\n\r\n") || exchange.fail(HttpFault::cutOff, HttpPhase::receive);
 }
 
@@ -182,20 +207,20 @@ int statusOf(HINTERNET request) noexcept
     return static_cast<int>(status);
 }
 
-// The declared length of the body; false where what is declared is no number. Chunks count without it, and two statuses
-// come without a body whatever their head says.
+// The declared length of the body; false where what is declared is not one number. Chunks count without it, and two
+// statuses come without a body whatever their head says.
 bool lengthOf(HINTERNET request, std::optional<std::uint64_t>& length)
 {
     const int status = statusOf(request);
     if (status == HTTP_STATUS_NO_CONTENT || status == HTTP_STATUS_NOT_MODIFIED) return true;
     if (!headerOf(request, WINHTTP_QUERY_TRANSFER_ENCODING).empty()) return true;
-    const std::string text = headerOf(request, WINHTTP_QUERY_CONTENT_LENGTH);
-    if (text.empty()) return true;
-    const auto digits = ascii::trimmed(text);
-    std::uint64_t value = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    length = value;
-    return error == std::errc() && end == digits.data() + digits.size();
+    const std::string head = headerOf(request, WINHTTP_QUERY_RAW_HEADERS_CRLF);
+    for (std::string_view rest = head; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n') + 1);
+        if (line.empty() || !readLength(line, length)) return line.empty();
+        rest.remove_prefix(line.size());
+    }
+    return true;
 }
 
 // Reads a piece of the body into the buffer; none at its end. No more than what was declared is asked for: some
@@ -219,10 +244,13 @@ bool receiveBody(HttpCall& call, HttpExchange& exchange, const std::optional<std
 {
     const bool isInChunks = !headerOf(call.request(), WINHTTP_QUERY_TRANSFER_ENCODING).empty();
     while (!length || exchange.reply.size() < *length) {
+        call.allow(exchange.limits.headBytes + exchange.reply.size() + limits::kFramingBytes);
         if (!read(call, exchange, length ? *length - exchange.reply.size() : kPiece)) return false;
         if (call.buffer().empty()) {
-            // Chunks end with a last one; some versions of the system's HTTP take the end of the connection for it.
-            const bool isWhole = !length && !(isInChunks && call.report().hasEnded);
+            // Chunks end with a last one. Some versions of the system's HTTP take the end of the connection for it, and
+            // a reset for the end of what has no length.
+            const HttpReport& report = call.report();
+            const bool isWhole = !length && !report.hasFailed && !(isInChunks && report.hasEnded);
             return isWhole || exchange.fail(HttpFault::cutOff, HttpPhase::receive);
         }
         if (!exchange.receive(call.buffer())) return false;
@@ -237,7 +265,7 @@ bool receive(HttpCall& call, HttpExchange& exchange)
         return false;
     call.enter(HttpPhase::receive);
     const HINTERNET request = call.request();
-    if (!headStands(request, exchange)) return false;
+    if (!headStands(call, exchange)) return false;
     std::optional<std::uint64_t> length;
     if (!lengthOf(request, length)) return exchange.fail(HttpFault::notHttp, HttpPhase::receive);
     const int status = statusOf(request);
@@ -258,20 +286,12 @@ bool failHere(HttpExchange& exchange)
     return exchange.fail(HttpFault::local, HttpPhase::connect, wordsOf(error));
 }
 
-enum class Outcome { whole, failed, sendAgain };
-
-Outcome attempt(HINTERNET connection, HttpExchange& exchange, const std::shared_ptr<HttpSignal>& signal)
+bool perform(HINTERNET connection, HttpExchange& exchange, const std::shared_ptr<HttpSignal>& signal)
 {
     HttpCall call(openRequest(connection, exchange), exchange, signal);
-    if (!call) {
-        failHere(exchange);
-        return Outcome::failed;
-    }
-    if (send(call, exchange) && receive(call, exchange)) return Outcome::whole;
-    if (exchange.failure.fault != HttpFault::none) return Outcome::failed;
-    if (call.report().error == ERROR_WINHTTP_RESEND_REQUEST) return Outcome::sendAgain;
-    failBy(exchange, call.report(), *signal);
-    return Outcome::failed;
+    if (!call) return failHere(exchange);
+    if (send(call, exchange) && receive(call, exchange)) return true;
+    return exchange.failure.fault == HttpFault::none ? failBy(exchange, call.report(), *signal) : false;
 }
 
 // Whoever cancels wakes this call while one of these lives.
@@ -303,11 +323,7 @@ bool transport(HttpExchange& exchange)
     const Internet connection{
         WinHttpConnect(standing, stringex::FromUtf8(exchange.url.host).c_str(), exchange.url.port, 0)};
     if (!connection) return failHere(exchange);
-    // The system asks for this where the other end had closed a kept connection before it read anything.
-    Outcome outcome = attempt(connection.get(), exchange, signal);
-    if (outcome == Outcome::sendAgain) outcome = attempt(connection.get(), exchange, signal);
-    if (outcome == Outcome::sendAgain) return exchange.fail(HttpFault::closed, HttpPhase::send);
-    return outcome == Outcome::whole;
+    return perform(connection.get(), exchange, signal);
 }
 
 // The session itself reports to nobody, and every request has ended; one that the system holds on to keeps the library

@@ -2,10 +2,12 @@
 // call goes well.
 #include <array>
 
+#include "pvutil/Limits.h"
 #include "tests/client/ClientFixture.h"
 
 namespace {
 
+namespace limits = kzn::pvutil::limits;
 using kzn::test::replyText;
 using kzn::test::Script;
 
@@ -217,16 +219,33 @@ TEST_F(BadInputTest, ReplyOfTenMegabytesIsRead)
     expectUsable();
 }
 
-TEST_F(BadInputTest, OneHundredThousandNestedElements)
+// A reply beyond a limit is no success, however much of it was read.
+TEST_F(BadInputTest, RepliesBeyondTheLimitsOfTheirXml)
 {
-    constexpr std::size_t kDepth = 100'000;
-    reply(resultReply("SUCCESS", repeated("<a>", kDepth) + repeated("</a>", kDepth)));
-    EXPECT_EQ(call(client), 1) << "the result stands before the nest";
+    const auto expectBeyond = [&](const std::string& text, const char* reason) {
+        reply(text);
+        CStringT cred = "before"_w;
+        EXPECT_EQ(client.cloneSession({}, {}, cred), 0);
+        EXPECT_EQ(cred, "before"_w);
+        EXPECT_EQ(client.getNetworkError(), 0);
+        EXPECT_EQ(client.getNetworkErrorKind(), CWapiClient::NETWORK_NONE);
+        EXPECT_EQ(narrow(client.GetLstMsg().reason), reason);
+        expectUsable();
+    };
+    constexpr const char* kTooDeep = "The reply is nested too deeply.";
+    expectBeyond(resultReply("SUCCESS", repeated("<a>", limits::kXmlDepth) + repeated("</a>", limits::kXmlDepth)),
+                 kTooDeep);
+    expectBeyond(repeated("<kznapi><response><result>", 100'000), kTooDeep);
+    expectBeyond(credReply(std::string(limits::kXmlTextUnits + 1, 'c')), "A text of the reply is too long.");
+    const std::string messages = repeated("<message/>", limits::kXmlItems + 1);
+    expectBeyond(resultReply("SUCCESS", "<messageStrings>" + messages + "</messageStrings>"),
+                 "A list of the reply is too long.");
 
-    const std::string unclosed = repeated("<kznapi><response><result>", kDepth);
-    reply(unclosed);
-    expectUnreadable(unclosed, "never closed");
-    expectUsable();
+    reply(resultReply("SUCCESS", repeated("<a>", limits::kXmlDepth - 1) + repeated("</a>", limits::kXmlDepth - 1)));
+    EXPECT_EQ(call(client), 1);
+    // What just breaks off is read as far as it goes.
+    reply(resultReply("SUCCESS").substr(0, resultReply("SUCCESS").size() - 3));
+    EXPECT_EQ(call(client), 1);
 }
 
 TEST_F(BadInputTest, ArgumentsThatAreHalvesOfSurrogates)

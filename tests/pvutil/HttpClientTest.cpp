@@ -104,17 +104,6 @@ TEST_F(HttpClient, ReadsChunks)
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(HttpClient, KeepsTheConnectionForTheNextRequest)
-{
-    server.otherwise(200, "text/xml", "<kznapi/>");
-    for (int request = 0; request < 20; ++request) {
-        CZelHttpClient each;
-        EXPECT_EQ(each.Request(server.url("/op.do"), HTTP_METHOD::POST, "a=b"_w, {}, HttpOption::kForm), 200);
-    }
-    EXPECT_EQ(server.requests().size(), 20U);
-    EXPECT_EQ(server.connections(), 1U);
-}
-
 TEST_F(HttpClient, ConnectsAnewWhereTheServerHasClosed)
 {
     server.otherwise(200, "text/xml", "<kznapi/>");

@@ -224,43 +224,7 @@ TEST(DocumentTypeBehindTheRoot, LeavesWhatCameBefore)
     EXPECT_EQ(handler.texts(), "2");
 }
 
-// ---- Size, and one text after another -------------------------------------------------------------------------------
-
-std::string repeated(const std::string& text, int times)
-{
-    std::string all;
-    for (int i = 0; i < times; ++i) all += text;
-    return all;
-}
-
-TEST(DeepText, IsReadAtGreatDepth)
-{
-    constexpr int kDeep = 100'000;
-    XmlRecorder handler({"/a/a/a/", "/a/a/b/"});
-    const std::string close = repeated("</a>", kDeep - 2) + "<b>2</b></a></a>";
-    EXPECT_EQ(handler.parse("<a><a><a>1" + repeated("<a>", kDeep - 3) + close), 1);
-    EXPECT_EQ(handler.texts(), "1|2");
-}
-
-TEST(DeepText, EndsAtAMillionElementsInsideOneAnother)
-{
-    constexpr int kDeepest = 1'000'000;
-    XmlRecorder handler({"/a/", "/a/b/"});
-    const auto nested = [](int times) {
-        return "<a><b>1</b>" + repeated("<c>", times) + repeated("</c>", times) + "<b>2</b></a>";
-    };
-    EXPECT_EQ(handler.parse(nested(kDeepest)), 1);
-    EXPECT_EQ(handler.texts(), "|2");
-    EXPECT_EQ(handler.parse(nested(kDeepest + 1)), 0);
-    EXPECT_EQ(handler.texts(), "|1");
-}
-
-TEST(DeepText, IsOneFaultWhereItNeverEnds)
-{
-    XmlRecorder handler({"/a/b/", "/a/a/a/"});
-    EXPECT_EQ(handler.parse("<a><b>1</b>" + repeated("<a>", 100'000)), 0);
-    EXPECT_EQ(handler.texts(), "1|?");
-}
+// ---- One text after another -----------------------------------------------------------------------------------------
 
 TEST(NextText, BeginsAfreshAfterOneThatBrokeOff)
 {

@@ -1,11 +1,9 @@
 #include "tests/support/CaptureServer.h"
 
-#include <algorithm>
 #include <atomic>
 #include <boost/asio.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
-#include <cctype>
 #include <deque>
 #include <future>
 #include <limits>
@@ -23,13 +21,6 @@ using boost::system::error_code;
 
 namespace {
 
-bool sameName(std::string_view left, std::string_view right)
-{
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [&](char a, char b) { return lower(a) == lower(b); });
-}
-
 tcp::endpoint anyLoopbackPort()
 {
     return {asio::ip::address_v4::loopback(), 0};
@@ -44,6 +35,12 @@ public:
     {
         const std::lock_guard lock(mutex_);
         queue_.push_back(std::move(script));
+    }
+
+    std::size_t dropQueue()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(queue_, {}).size();
     }
 
     void otherwise(Script script)
@@ -75,15 +72,30 @@ public:
         return std::exchange(requests_, {});
     }
 
+    void sees(std::string target)
+    {
+        const std::lock_guard lock(mutex_);
+        targets_.push_back(std::move(target));
+    }
+
+    std::vector<std::string> targets() const
+    {
+        const std::lock_guard lock(mutex_);
+        return targets_;
+    }
+
     std::atomic<std::size_t> connections{0};
+    std::atomic<std::size_t> answered{0};
     std::atomic<bool> deaf{false};
     std::atomic<std::uint64_t> longestBody{kAnyBody};
+    std::atomic<Script::End> endInside{Script::End::reset};
 
 private:
     mutable std::mutex mutex_;
     std::deque<Script> queue_;
     Script otherwise_ = Script().send(replyText(404, "text/plain", "no reply is queued"));
     std::vector<CapturedRequest> requests_;
+    std::vector<std::string> targets_;
 };
 
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -103,6 +115,8 @@ public:
         parser_->body_limit(book_.longestBody.load());
         parser_->header_limit(16U << 20);
         http::async_read_header(socket_, buffer_, *parser_, [self = shared_from_this()](error_code error, std::size_t) {
+            if (self->parser_->is_header_done() || error == http::error::body_limit)
+                self->book_.sees(std::string(self->parser_->get().target()));
             // A demand for a tunnel has no body, whatever length some clients declare.
             if (!error && self->parser_->get().method() == http::verb::connect) self->answer(error);
             else self->readBody(error);
@@ -117,6 +131,14 @@ public:
         pause_.cancel();
     }
 
+    void reset()
+    {
+        error_code ignored;
+        socket_.set_option(asio::socket_base::linger(true, 0), ignored);
+        socket_.close(ignored);
+        pause_.cancel();
+    }
+
 private:
     void readBody(error_code error)
     {
@@ -127,7 +149,7 @@ private:
 
     void answer(error_code error)
     {
-        if (error == http::error::body_limit) return resetInsideBody();
+        if (error == http::error::body_limit) return endInsideBody();
         if (error) return close();
         script_ = book_.take(captured());
         step(0);
@@ -159,30 +181,26 @@ private:
     {
         asio::async_write(socket_, asio::buffer(script_.steps()[at].bytes),
                           [self = shared_from_this(), at](error_code error, std::size_t) {
-                              if (error) return self->close();
-                              self->step(at + 1);
+                              if (!error) return self->step(at + 1);
+                              ++self->book_.answered;
+                              self->close();
                           });
     }
 
     void finish()
     {
+        ++book_.answered;
         if (script_.end() == Script::End::serveOn) return read();
         if (script_.end() == Script::End::close) close();
         if (script_.end() == Script::End::reset) reset();
     }
 
     // Once: the next connection reads on.
-    void resetInsideBody()
+    void endInsideBody()
     {
         book_.longestBody = kAnyBody;
-        reset();
-    }
-
-    void reset()
-    {
-        error_code ignored;
-        socket_.set_option(asio::socket_base::linger(true, 0), ignored);
-        socket_.close(ignored);
+        if (book_.endInside == Script::End::close) close();
+        else reset();
     }
 
     tcp::socket socket_;
@@ -195,48 +213,6 @@ private:
 };
 
 }  // namespace
-
-std::string CapturedRequest::header(std::string_view name) const
-{
-    const auto found =
-        std::find_if(headers.begin(), headers.end(), [&](const auto& h) { return sameName(h.first, name); });
-    return found == headers.end() ? std::string() : found->second;
-}
-
-bool CapturedRequest::has(std::string_view name) const
-{
-    return std::any_of(headers.begin(), headers.end(), [&](const auto& h) { return sameName(h.first, name); });
-}
-
-Script& Script::send(std::string bytes)
-{
-    steps_.push_back({std::chrono::milliseconds(0), std::move(bytes)});
-    return *this;
-}
-
-Script& Script::pause(std::chrono::milliseconds time)
-{
-    steps_.push_back({time, {}});
-    return *this;
-}
-
-Script& Script::close()
-{
-    end_ = End::close;
-    return *this;
-}
-
-Script& Script::reset()
-{
-    end_ = End::reset;
-    return *this;
-}
-
-Script& Script::stall()
-{
-    end_ = End::stall;
-    return *this;
-}
 
 class CaptureServer::Engine {
 public:
@@ -257,11 +233,11 @@ public:
     }
 
     // Returns when it is done: what the test does next meets closed connections.
-    void closeConnections()
+    void endConnections(void (Connection::*end)())
     {
         std::promise<void> done;
         asio::post(context_, [&] {
-            for (const auto& connection : connections_) connection->close();
+            for (const auto& connection : connections_) ((*connection).*end)();
             connections_.clear();
             done.set_value();
         });
@@ -276,7 +252,8 @@ private:
     void accept()
     {
         acceptor_.async_accept([this](error_code error, tcp::socket socket) {
-            if (error) return;
+            if (error == asio::error::operation_aborted) return;
+            if (error) return accept();  // one that was given up before it was taken in
             const auto connection = std::make_shared<Connection>(std::move(socket), book, ++book.connections);
             connections_.push_back(connection);
             connection->read();
@@ -332,6 +309,11 @@ void CaptureServer::otherwise(Script script)
     engine_->book.otherwise(std::move(script));
 }
 
+std::size_t CaptureServer::dropQueue()
+{
+    return engine_->book.dropQueue();
+}
+
 std::vector<CapturedRequest> CaptureServer::requests() const
 {
     return engine_->book.requests();
@@ -342,6 +324,16 @@ std::vector<CapturedRequest> CaptureServer::takeRequests()
     return engine_->book.takeRequests();
 }
 
+std::vector<std::string> CaptureServer::targets() const
+{
+    return engine_->book.targets();
+}
+
+std::size_t CaptureServer::answered() const
+{
+    return engine_->book.answered;
+}
+
 std::size_t CaptureServer::connections() const
 {
     return engine_->book.connections;
@@ -349,11 +341,17 @@ std::size_t CaptureServer::connections() const
 
 void CaptureServer::closeConnections()
 {
-    engine_->closeConnections();
+    engine_->endConnections(&Connection::close);
 }
 
-void CaptureServer::resetInsideBodyOver(std::size_t bytes)
+void CaptureServer::resetConnections()
 {
+    engine_->endConnections(&Connection::reset);
+}
+
+void CaptureServer::endInsideBodyOver(std::size_t bytes, Script::End end)
+{
+    engine_->book.endInside = end;
     engine_->book.longestBody = bytes;
 }
 
@@ -367,16 +365,6 @@ unsigned short CaptureServer::closedPort()
     asio::io_context context;
     const tcp::acceptor acceptor(context, anyLoopbackPort());
     return acceptor.local_endpoint().port();
-}
-
-std::string replyText(int status, std::string_view contentType, std::string_view body, const Headers& more)
-{
-    const auto reason = http::obsolete_reason(http::int_to_status(static_cast<unsigned>(status)));
-    std::string text = "HTTP/1.1 " + std::to_string(status) + ' ' + std::string(reason) + "\r\n";
-    if (!contentType.empty()) text.append("Content-Type: ").append(contentType).append("\r\n");
-    for (const auto& [name, value] : more) text.append(name).append(": ").append(value).append("\r\n");
-    text.append("Content-Length: ").append(std::to_string(body.size())).append("\r\n\r\n").append(body);
-    return text;
 }
 
 }  // namespace kzn::test

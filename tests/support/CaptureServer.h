@@ -78,16 +78,25 @@ public:
     void otherwise(int status, std::string_view contentType, std::string_view body, const Headers& more = {});
     void otherwise(Script script);
 
+    /// Forgets what is queued and was not asked for; how many replies that were.
+    std::size_t dropQueue();
+
     std::vector<CapturedRequest> requests() const;
     /// The same, and the server forgets them.
     std::vector<CapturedRequest> takeRequests();
     std::size_t connections() const;
+    /// The targets of all requests whose head has come, whether their body did or not.
+    std::vector<std::string> targets() const;
+    /// How many scripts have come to their end, or to that of their connection.
+    std::size_t answered() const;
 
     /// Closes what is connected now, as a server does that has waited long enough for another request.
     void closeConnections();
-    /// The next request with a larger body is not read to its end: the connection is reset in the middle of it. Stands
-    /// for a connection from the request after the present one on.
-    void resetInsideBodyOver(std::size_t bytes);
+    /// The same, with a reset.
+    void resetConnections();
+    /// The next request with a larger body is not read to its end: the connection ends in the middle of it, by `end`.
+    /// Stands for a connection from the request after the present one on.
+    void endInsideBodyOver(std::size_t bytes, Script::End end);
     /// From now on nothing more is read from any connection.
     void stopReading();
 

@@ -1,7 +1,5 @@
 // How a reply is framed on the wire is read by libcurl here, by the system itself on Windows: these cases are about
 // what is made of libcurl's findings.
-#include <thread>
-
 #include "tests/pvutil/HttpFixture.h"
 
 namespace kzn::test {
@@ -30,46 +28,6 @@ TEST_F(HttpFraming, PassesOverInterimReplies)
     EXPECT_EQ(text(), "the reply");
     server.script(Script().send("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nContent-Le").close());
     EXPECT_EQ(post("a=b"), -1);
-}
-
-// A reset does not tell whether the request was read: it may have been acted on.
-TEST_F(HttpFraming, KeptConnectionThatIsResetIsNotAskedAgain)
-{
-    server.script(Script().reset());
-    server.otherwise(200, "text/xml", "<kznapi/>");
-    EXPECT_EQ(post("new connection"), -1);
-    EXPECT_EQ(post("a=b"), 200);
-    server.script(Script().reset());
-    EXPECT_EQ(post("c=d"), -1);
-    EXPECT_EQ(server.requests().size(), 3U);
-    EXPECT_EQ(server.connections(), 2U);
-}
-
-// What waits on a kept connection is nobody's reply.
-TEST_F(HttpFraming, BytesBehindAReplyAreNotTheNextOne)
-{
-    server.script(Script().send(replyText(200, "", "first") + replyText(200, "", "nobody's")));
-    server.otherwise(200, "", "second");
-    EXPECT_EQ(post("a=b"), 200);
-    EXPECT_EQ(post("c=d"), 200);
-    EXPECT_EQ(text(), "second");
-
-    server.script(Script().send(replyText(200, "", "third")).pause(20ms).send("\r\n"));
-    EXPECT_EQ(post("e=f"), 200);
-    std::this_thread::sleep_for(60ms);
-    EXPECT_EQ(post("g=h"), 200);
-    EXPECT_EQ(text(), "second");
-}
-
-// The connection ends while the request goes out: none of it can have been acted on.
-TEST_F(HttpFraming, RequestThatWasNotWrittenWholeIsMadeAgain)
-{
-    server.otherwise(200, "text/xml", "<kznapi/>");
-    server.resetInsideBodyOver(1'000'000);
-    EXPECT_EQ(post("a=b"), 200);
-    EXPECT_EQ(post(std::string(30'000'000, 'x')), 200);
-    EXPECT_EQ(server.connections(), 2U);
-    EXPECT_EQ(server.requests().size(), 2U);
 }
 
 // It has asked for no other protocol, and would wait for a reply behind it.

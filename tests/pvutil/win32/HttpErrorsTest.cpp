@@ -29,6 +29,7 @@ TEST(HttpErrors, EachHasItsCause)
                                        {12030UL, HttpFault::cutOff},
                                        {10054UL, HttpFault::cutOff},
                                        {122UL, HttpFault::cutOff},
+                                       {12032UL, HttpFault::cutOff},
                                        {12152UL, HttpFault::notHttp},
                                        {12182UL, HttpFault::tooLarge},
                                        {12002UL, HttpFault::silence},

@@ -1,0 +1,10 @@
+#include "tests/pvutil/KeptConnections.h"
+
+namespace kzn::test {
+
+bool keepsConnections() noexcept
+{
+    return false;
+}
+
+}  // namespace kzn::test
