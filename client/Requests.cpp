@@ -61,8 +61,18 @@ int outcomeOf(const CStringT& reply, int withCred)
 {
     if (withCred == 0) return 0;
     CXMLWapiCommonResponse parser;
-    parser.ParseXML(reply);
+    try {
+        parser.ParseXML(reply);
+    } catch (const EXPAT_EX::XmlLimitPassed&) {  // no success, and handed over all the same
+        return 0;
+    }
     return parser.succeeded() ? 1 : 0;
+}
+
+// Whatever else keeps a reply away leaves an empty one.
+bool hadNoMemory(const CZelHttpClient& http) noexcept
+{
+    return http.Failure().fault == kzn::pvutil::HttpFault::local && http.Failure().words.empty();
 }
 
 void traceBadStatus(int status)
@@ -202,7 +212,7 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         keepCause(http);
         traceCause();
         logReply(http);
-        if (http.Failure().fault == kzn::pvutil::HttpFault::local) return 0;
+        if (hadNoMemory(http)) return 0;
         CStringT received = http.ResponseContent();
         const int outcome = outcomeOf(received, withCred);
         reply = std::move(received);

@@ -121,8 +121,6 @@ CWapiClient::~CWapiClient()
 void CWapiClient::rearmTimer() noexcept
 {
     constexpr unsigned kRefreshTimer = 1;
-    // The system may have had none when the client was made.
-    if (!timerWindow) timerWindow.create(typeid(CWapiClient).name(), this, &tick);
     timerWindow.setTimer(kRefreshTimer, refreshInterval);
 }
 

@@ -26,7 +26,7 @@ public:
     /// A header line.
     std::string maskedHeader(std::string_view line) const;
     /// A form or a query, percent-encoded as it is.
-    std::string maskedForm(std::string_view form) const;
+    std::string maskedForm(std::string_view encoded) const;
     /// The value of a form's field, decoded.
     std::string maskedField(std::string_view name, std::string_view value) const;
     /// The text of a multipart form.

@@ -46,8 +46,8 @@ constexpr std::size_t kXmlDepth = 1'000;
 /// for one of megabytes.
 constexpr std::size_t kXmlTextUnits = std::size_t{4} << 20;
 
-/// Elements that become records of one list. A record takes up to a kilobyte, whatever little XML it is made of: a
-/// reply of the full size could hold ten million.
-constexpr std::size_t kXmlItems = 100'000;
+/// Elements of one kind that become records, all lists of the reply together: the roles of everybody in it are one. A
+/// record takes some hundred bytes, whatever little XML it is made of: a reply of the full size could hold ten million.
+constexpr std::size_t kXmlItems = 1'000'000;
 
 }  // namespace kzn::pvutil::limits

@@ -29,6 +29,7 @@ struct SystemWindow {
 namespace {
 
 constinit ShortLock g_lock;
+constinit bool g_isTried = false;
 constinit ATOM g_class = 0;
 
 LRESULT CALLBACK timerWindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -41,11 +42,11 @@ LRESULT CALLBACK timerWindowProcedure(HWND window, UINT message, WPARAM wParam, 
     return 0;
 }
 
-// Once for the process; where it fails there is no window and the refresh timer never fires.
+// Tried once for the process; where it fails there is no window and the refresh timer never fires.
 ATOM registeredClass(const char* className) noexcept
 {
     const std::lock_guard guard(g_lock);
-    if (g_class == 0) {
+    if (!std::exchange(g_isTried, true)) {
         WNDCLASSA record{};
         record.lpfnWndProc = timerWindowProcedure;
         record.lpszClassName = className;

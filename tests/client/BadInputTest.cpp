@@ -248,6 +248,16 @@ TEST_F(BadInputTest, RepliesBeyondTheLimitsOfTheirXml)
     EXPECT_EQ(call(client), 1);
 }
 
+TEST_F(BadInputTest, ReplyBeyondALimitIsHandedThroughByTheProxyCall)
+{
+    std::string deep = resultReply("SUCCESS");
+    for (int level = 0; level < 2'000; ++level) deep.insert(0, "<a>").append("</a>");
+    reply(deep);
+    CStringT received = "before"_w;
+    EXPECT_EQ(client.WapiProxyCall({}, "cmd=get"_w, CWapiClient::METHOD_POST, client.getOpURL(), {}, 1, received), 0);
+    EXPECT_EQ(narrow(received), deep);
+}
+
 TEST_F(BadInputTest, ArgumentsThatAreHalvesOfSurrogates)
 {
     reply(resultReply("SUCCESS"));

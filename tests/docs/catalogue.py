@@ -10,8 +10,9 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 PAGE = "docs/a-call-fails.md"
-LIBRARY = ["client", "spaces", "access", "account"]
+LIBRARY = ["pvutil", "client", "spaces", "access", "account"]
 
+GIVEN = re.compile(r"\b(?:refuse|keepFailure|told|XmlLimitPassed)\(|\bappendAscii\(lastMessage\.reason,")
 LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"')
 
 
@@ -35,11 +36,11 @@ def arguments_of(text, start):
 
 
 def reasons_of(source):
-    """What a source gives as a reason: to refuse or keepFailure or to who is told it, by itself or by a constant's name,
-    as the short one, and within XML; and the pinned texts of the network's errors."""
+    """What a source gives as a reason: to refuse or keepFailure, to who is told it, as a limit passed, by itself or
+    by a constant's name, as the short one, and within XML; and the pinned texts of the network's errors."""
     constants = dict(re.findall(r'\b(k\w+)\s*=\s*"((?:[^"\\]|\\.)*)"', source))
     found = set()
-    for call in re.finditer(r"\b(?:refuse|keepFailure|told)\(|\bappendAscii\(lastMessage\.reason,", source):
+    for call in GIVEN.finditer(source):
         arguments = arguments_of(source, call.end())
         found.update(LITERAL.findall(arguments))
         found.update(constants[name] for name in re.findall(r"\bk\w+", arguments) if name in constants)

@@ -126,10 +126,19 @@ TEST_F(SpacesHostTest, WrongBaseUrlIsAFailedRequest)
     }
 }
 
-TEST_F(SpacesHostTest, HostileRepliesEndInOneLine)
+TEST_F(SpacesHostTest, ReplyBeyondALimitIsTold)
 {
     std::string deep;
     for (int level = 0; level < 100'000; ++level) deep += "<a>";
+    server.reply(200, "text/xml", deep);
+    const Ended ended = pvwapi({"spaces", "list"});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_EQ(ended.err, "pvwapi: spaces list: The reply is nested too deeply.\n");
+}
+
+TEST_F(SpacesHostTest, HostileRepliesEndInOneLine)
+{
     const std::vector<std::string> replies{
         "",
         "not XML",
@@ -137,7 +146,6 @@ TEST_F(SpacesHostTest, HostileRepliesEndInOneLine)
         "<!DOCTYPE a [<!ENTITY e \"x\">]><kznapi><response><result>SUCCESS</result></response></kznapi>",
         "\xff\xfe\xfd",
         std::string(100, '\0'),
-        deep,
     };
     for (const std::string& reply : replies) {
         server.reply(200, "text/xml", reply);
