@@ -103,7 +103,7 @@ TEST_F(ManyThreadsTest, UseEverythingAtOnce)
     std::printf("%d calls, %d ended, %d ticks\n", calls.load(), ended.load(), ticks.load());
     EXPECT_GT(ended, 0);
     EXPECT_GE(calls, kThreads * static_cast<int>(timedOperations().size()));
-    EXPECT_GT(exchanges, calls);
+    EXPECT_GT(exchanges, calls / 2);  // some send nothing, some are stopped before they begin
     EXPECT_GE(ticks, kThreads);
     EXPECT_GT(g_lines, 0);
     EXPECT_GT(g_otherLines, 0);
