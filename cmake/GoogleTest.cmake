@@ -29,11 +29,13 @@ function(pv_add_test name)
     endif()
 endfunction()
 
-# pv_add_long_run(<program of pv_add_test> [<argument>...])
+# pv_add_long_run(<program of pv_add_test> [<argument>...] [ENVIRONMENT <name>=<value>...])
 # The same program at its full length, which only scripts/test --long has the time for.
 function(pv_add_long_run name)
-    add_test(NAME ${name}_long CONFIGURATIONS Long COMMAND ${name} ${ARGN})
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "ENVIRONMENT")
+    add_test(NAME ${name}_long CONFIGURATIONS Long COMMAND ${name} ${arg_UNPARSED_ARGUMENTS})
     get_test_property(${name} ENVIRONMENT environment)
+    list(APPEND environment ${arg_ENVIRONMENT})
     set_tests_properties(${name}_long PROPERTIES LABELS long TIMEOUT 7200 ENVIRONMENT "${environment}")
 endfunction()
 
