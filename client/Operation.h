@@ -46,7 +46,7 @@ int CWapiClient::guarded(Body&& body) noexcept
 {
     const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
     const auto keep = [this](const char* reason) { keepFailure(reason); };
-    if (loginHandler) return wapi::contained(std::forward<Body>(body), keep);
+    if (callControl) return wapi::contained(std::forward<Body>(body), keep);
     keepFailure(wapi::kNotMade);
     return 0;
 }

@@ -56,17 +56,23 @@ FormBody proxiedForm(const CStringT& command, int withCred, const CStringT& cred
     return form;
 }
 
-// Without the credential nobody judges what came.
+// Reads the reply; the words for a limit of its XML that it goes beyond, and null where it keeps within them all.
+const char* limitPassedBy(const CStringT& reply, CXMLWapiCommonResponse& parser)
+{
+    try {
+        parser.ParseXML(reply);
+        return nullptr;
+    } catch (const EXPAT_EX::XmlLimitPassed& limit) {
+        return limit.what();
+    }
+}
+
+// Without the credential nobody judges what came. What goes beyond a limit is no success, and handed over all the same.
 int outcomeOf(const CStringT& reply, int withCred)
 {
     if (withCred == 0) return 0;
     CXMLWapiCommonResponse parser;
-    try {
-        parser.ParseXML(reply);
-    } catch (const EXPAT_EX::XmlLimitPassed&) {  // no success, and handed over all the same
-        return 0;
-    }
-    return parser.succeeded() ? 1 : 0;
+    return limitPassedBy(reply, parser) == nullptr && parser.succeeded() ? 1 : 0;
 }
 
 // Whatever else keeps a reply away leaves an empty one.
@@ -133,12 +139,12 @@ void CWapiClient::traceCause() const noexcept
 int CWapiClient::judge(const CStringT& reply, CXMLWapiCommonResponse& parser)
 {
     lastMessage.clear();
-    parser.ParseXML(reply);
+    const char* const limit = limitPassedBy(reply, parser);
     trace(TraceLevel::debug, reply);
-    if (parser.succeeded()) return 1;
+    if (limit == nullptr && parser.succeeded()) return 1;
 
     lastMessage.response = reply;
-    lastMessage.reason = parser.reason;
+    lastMessage.reason = limit == nullptr ? parser.reason : wide(limit);
     lastMessage.exceptionID = parser.exceptionID;
     return 0;
 }
@@ -193,10 +199,6 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
 {
     const ScopeTracer scope(kProxyCall.data());
     const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
-    if (!loginHandler) {
-        keepFailure(kNotMade);
-        return 0;
-    }
     return contained([&] {
         trace(TraceLevel::debug, command);
         if (findLast(command, "cmd=login") != CStringT::npos) {

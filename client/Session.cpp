@@ -62,7 +62,7 @@ int CWapiClient::logout(const CStringT& cred)
     const ScopeTracer scope("CWapiClient::logout");
     const kzn::pvutil::CallScope call(callControl.get(), std::chrono::milliseconds(deadline));
     contained([&] {
-        if (!loginHandler) return 0;
+        if (!callControl) return 0;
         FormBody body;
         body.encoded("cmd=", "logout").encoded("&cred=", cred);
         traceLog().write(LogLevel::debug, body);

@@ -77,8 +77,11 @@ void CWapiClient::init()
     }
     userID.clear();
     networkError = 0;
-    callControl = std::make_shared<kzn::pvutil::CallControl>();
-    loginHandler = std::make_shared<CWapiClientLogin>();  // the last: a client that has one is whole
+    contained([this] {  // none is needed
+        loginHandler = std::make_shared<CWapiClientLogin>();
+        return 1;
+    });
+    callControl = std::make_shared<kzn::pvutil::CallControl>();  // the last: a client that has one is whole
 }
 
 CWapiClient::CWapiClient(const CWapiClient& other)
@@ -97,9 +100,11 @@ CWapiClient& CWapiClient::operator=(const CWapiClient& other)
                         client.transferProgress, client.refreshListener, client.exchangeListener);
     };
     const auto copy = [&] {
-        if (!callControl) callControl = std::make_shared<kzn::pvutil::CallControl>();
+        auto control = callControl;
+        if (!control && other.callControl) control = std::make_shared<kzn::pvutil::CallControl>();
         auto copies = std::apply([](const auto&... each) { return std::tuple(each...); }, held(other));
         held(*this) = std::move(copies);
+        if (!callControl) callControl = std::move(control);
         return 1;
     };
     if (!contained(copy, [this](const char* reason) { keepFailure(reason); })) return *this;

@@ -256,6 +256,25 @@ std::string Secrets::withoutValues(std::string text) const
     return withoutUserInfo(std::move(text));
 }
 
+std::string Secrets::withoutQuoted(std::string_view tag) const
+{
+    std::string result;
+    while (!tag.empty()) {
+        const std::size_t quote = std::min(tag.find_first_of("\"'"), tag.size());
+        result += tag.substr(0, quote);
+        tag.remove_prefix(quote);
+        if (tag.empty()) break;
+        const std::size_t end = std::min(tag.find(tag.front(), 1), tag.size());
+        result += tag.front();
+        result += cover(tag.substr(1, end - 1));
+        tag.remove_prefix(end);
+        if (tag.empty()) break;
+        result += tag.front();
+        tag.remove_prefix(1);
+    }
+    return result;
+}
+
 template <typename Find>
 std::string Secrets::maskedBy(std::string_view text, Find&& valueAt) const
 {
@@ -270,8 +289,9 @@ std::string Secrets::maskedBy(std::string_view text, Find&& valueAt) const
             continue;
         }
         const Span span = valueAt(text, name, at);
-        result += name;
-        result += maskedBy(text.substr(at + name.size(), span.begin - at - name.size()), valueAt);  // its attributes
+        const std::string_view head = text.substr(at, span.begin - at);
+        const bool isTag = at > 0 && text[at - 1] == '<';
+        result += isTag ? withoutQuoted(head) : std::string(head);
         result += cover(text.substr(span.begin, span.end - span.begin));
         at = span.end;
     }

@@ -36,6 +36,8 @@ private:
     template <typename Find>
     std::string maskedBy(std::string_view text, Find&& valueAt) const;
     std::string cover(std::string_view value) const;
+    /// A tag with the values of its attributes masked.
+    std::string withoutQuoted(std::string_view tag) const;
     std::string withoutValues(std::string text) const;
 
     bool shown_;

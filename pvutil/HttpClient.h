@@ -45,7 +45,7 @@ struct HttpLimits {
     int redirects = limits::kRedirects;
 };
 
-/// One object a request; connections and what else is dear to make are kept and used again underneath.
+/// One object a request; what is dear to make is kept and used again underneath, connections only where they are clean.
 /// A post never follows a redirect; a get follows `redirects` of them, and never from https to http: the redirect
 /// itself is the reply then. Certificates and host names are always verified. Proxies are the system's own.
 class CZelHttpClient {

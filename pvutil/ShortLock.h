@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 namespace kzn::pvutil {
@@ -12,11 +13,16 @@ class ShortLock {
 public:
     void lock() noexcept
     {
-        while (isHeld_.test_and_set(std::memory_order_acquire)) std::this_thread::yield();
+        for (int times = 0; isHeld_.test_and_set(std::memory_order_acquire); ++times) {
+            if (times < kTimes) std::this_thread::yield();
+            else std::this_thread::sleep_for(std::chrono::milliseconds(1));  // whoever holds it may have less priority
+        }
     }
     void unlock() noexcept { isHeld_.clear(std::memory_order_release); }
 
 private:
+    static constexpr int kTimes = 100;
+
     std::atomic_flag isHeld_;
 };
 

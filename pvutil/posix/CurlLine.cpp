@@ -52,6 +52,12 @@ std::uint64_t receivedBy(const tcp_info& info) noexcept
     return info.tcpi_bytes_received - (hasEnd ? 1 : 0);
 }
 
+// What came since then; nothing where the system does not say.
+std::uint64_t receivedSince(std::uint64_t before, const tcp_info& info) noexcept
+{
+    return std::max(receivedBy(info), before) - before;
+}
+
 // How many of them nobody has read yet.
 std::uint64_t unreadOn(curl_socket_t socket) noexcept
 {
@@ -123,7 +129,7 @@ int CurlLine::onClose(void* line, curl_socket_t socket) noexcept
     if (found != self.open_.end()) {
         const tcp_info info = infoOf(socket);
         if (self.run_ != nullptr)
-            self.run_->closing(receivedBy(info) - found->receivedBefore, info.tcpi_state == kReset);
+            self.run_->closing(receivedSince(found->receivedBefore, info), info.tcpi_state == kReset);
         self.open_.erase(found);
     }
     return ::close(socket);
@@ -139,7 +145,7 @@ void CurlLine::serve(CurlRun* run) noexcept
 std::uint64_t CurlLine::taken() const noexcept
 {
     return std::accumulate(open_.begin(), open_.end(), std::uint64_t{0}, [](std::uint64_t sum, const Open& each) {
-        const std::uint64_t received = receivedBy(infoOf(each.socket)) - each.receivedBefore;
+        const std::uint64_t received = receivedSince(each.receivedBefore, infoOf(each.socket));
         return sum + received - std::min(received, unreadOn(each.socket));
     });
 }

@@ -100,7 +100,7 @@ Internet openRequest(HINTERNET connection, const HttpExchange& exchange)
     return addHeaders(request.get(), exchange) ? std::move(request) : nullptr;
 }
 
-// A small body in one piece that nobody watches goes along with the head; the system can send it again by itself then.
+// A small body in one piece that nobody watches goes along with the head.
 bool sendWhole(HttpCall& call, HttpExchange& exchange, std::string_view body)
 {
     auto& buffer = call.buffer();

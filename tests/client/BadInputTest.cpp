@@ -230,6 +230,7 @@ TEST_F(BadInputTest, RepliesBeyondTheLimitsOfTheirXml)
         EXPECT_EQ(client.getNetworkError(), 0);
         EXPECT_EQ(client.getNetworkErrorKind(), CWapiClient::NETWORK_NONE);
         EXPECT_EQ(narrow(client.GetLstMsg().reason), reason);
+        EXPECT_EQ(narrow(client.GetLstMsg().response), text);
         expectUsable();
     };
     constexpr const char* kTooDeep = "The reply is nested too deeply.";

@@ -97,6 +97,7 @@ TEST_F(SessionHostTest, ElementOfASecretIsMaskedUpToItsOwnEnd)
         "<cred a=\"/>\">SECRET</cred>",
         "<cred token=\"SECRET\">a</cred>",
         "<cred token='SECRET'/>",
+        "<cred token='SECRET",
         "<cred a=\"SECRET",
         "<cred><![CDATA[</cred>SECRET",
         R"({"token":"a\"SECRET"})",
@@ -160,6 +161,18 @@ TEST_F(SessionHostTest, HostileRepliesDoNotDriveTheTerminal)
         EXPECT_EQ(std::ranges::count_if(ended.err, [](char c) { return c >= 0 && c < ' ' && c != '\n'; }), 0);
         EXPECT_THAT(ended.err,
                     AllOf(Not(HasSubstr("\xC2\x9B")), Not(HasSubstr("\xE2\x80\xAE")), Not(HasSubstr("C99"))));
+    }
+}
+
+TEST_F(SessionHostTest, TagsThatBeginWithinOneAnotherAreMasked)
+{
+    std::string tags;
+    for (int times = 0; times < 50'000; ++times) tags += "<cred a='SECRET' ";
+    for (const char* const end : {">x", "/>", ""}) {
+        server.reply(200, "text/xml", tags + end);
+        const Ended ended = pvwapi({"session", "-vv"});
+        EXPECT_EQ(ended.status, 1);
+        EXPECT_THAT(ended.err, Not(HasSubstr("SECRET")));
     }
 }
 

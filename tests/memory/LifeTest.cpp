@@ -141,7 +141,6 @@ TEST_F(LifeTest, AClientThatCouldNotBeMadeRefusesEveryKindOfCall)
     expectRefused(client->callWapi("c"_w, "cmd=x"_w));
     expectRefused(client->GetSpaceIcon("c"_w, url(), out));
     expectRefused(client->SetSpaceIcon("c"_w, "w"_w, "nothing"_w, out));
-    expectRefused(client->WapiProxyCall("c"_w, "cmd=x"_w, CWapiClient::METHOD_POST, url(), {}, 1, out));
     EXPECT_EQ(client->logout("c"_w), 1);
     client->OnTimer(1);
     client->cancel();
