@@ -31,7 +31,7 @@ WAPIMESSAGE CWapiClientLogin::messageOf(unsigned long error, const kzn::pvutil::
     }
     reply_ = response->ResponseContent();
     CXMLWapiMessage parser;
-    parser.ParseXML(reply_);
+    parser.read(reply_);
     trace(TraceLevel::debug, reply_);
     if (parser.succeeded()) {
         message.code = 1;

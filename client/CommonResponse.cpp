@@ -26,6 +26,16 @@ CXMLWapiCommonResponse::CXMLWapiCommonResponse()
     listen(kMessage, "/kznapi/", "messageStrings/message/", {{"", &message}});
 }
 
+void CXMLWapiCommonResponse::read(const CStringT& reply)
+{
+    try {
+        ParseXML(reply);
+    } catch (const EXPAT_EX::XmlLimitPassed& limit) {
+        result.clear();
+        reason = wide(limit.what());
+    }
+}
+
 bool CXMLWapiCommonResponse::succeeded() const noexcept
 {
     return equalsIgnoringCase(result, "SUCCESS");

@@ -30,6 +30,10 @@ class CXMLWapiCommonResponse : public EXPAT_EX::CXMLHandler {
 public:
     CXMLWapiCommonResponse();
 
+    /// Reads the whole reply. One that goes beyond a limit has not succeeded, whatever it says, and has its reason from
+    /// here.
+    void read(const CStringT& reply);
+
     /// "SUCCESS" without regard to case. A reply without a result has not succeeded.
     bool succeeded() const noexcept;
 

@@ -56,29 +56,13 @@ FormBody proxiedForm(const CStringT& command, int withCred, const CStringT& cred
     return form;
 }
 
-// Reads the reply; the words for a limit of its XML that it goes beyond, and null where it keeps within them all.
-const char* limitPassedBy(const CStringT& reply, CXMLWapiCommonResponse& parser)
-{
-    try {
-        parser.ParseXML(reply);
-        return nullptr;
-    } catch (const EXPAT_EX::XmlLimitPassed& limit) {
-        return limit.what();
-    }
-}
-
-// Without the credential nobody judges what came. What goes beyond a limit is no success, and handed over all the same.
+// Without the credential nobody judges what came.
 int outcomeOf(const CStringT& reply, int withCred)
 {
     if (withCred == 0) return 0;
     CXMLWapiCommonResponse parser;
-    return limitPassedBy(reply, parser) == nullptr && parser.succeeded() ? 1 : 0;
-}
-
-// Whatever else keeps a reply away leaves an empty one.
-bool hadNoMemory(const CZelHttpClient& http) noexcept
-{
-    return http.Failure().fault == kzn::pvutil::HttpFault::local && http.Failure().words.empty();
+    parser.read(reply);
+    return parser.succeeded() ? 1 : 0;
 }
 
 void traceBadStatus(int status)
@@ -139,12 +123,12 @@ void CWapiClient::traceCause() const noexcept
 int CWapiClient::judge(const CStringT& reply, CXMLWapiCommonResponse& parser)
 {
     lastMessage.clear();
-    const char* const limit = limitPassedBy(reply, parser);
+    parser.read(reply);
     trace(TraceLevel::debug, reply);
-    if (limit == nullptr && parser.succeeded()) return 1;
+    if (parser.succeeded()) return 1;
 
     lastMessage.response = reply;
-    lastMessage.reason = limit == nullptr ? parser.reason : wide(limit);
+    lastMessage.reason = parser.reason;
     lastMessage.exceptionID = parser.exceptionID;
     return 0;
 }
@@ -214,7 +198,6 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         keepCause(http);
         traceCause();
         logReply(http);
-        if (hadNoMemory(http)) return 0;
         CStringT received = http.ResponseContent();
         const int outcome = outcomeOf(received, withCred);
         reply = std::move(received);

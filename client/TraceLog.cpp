@@ -17,7 +17,7 @@ namespace {
 // Has neither a constructor nor a destructor to run: it stands before the first and after the last of them.
 constinit TraceLog theLog;
 
-// Stands before the first line and is never destroyed. Not every system has a mutex that needs no code to come into
+// Stands before the first line and outlives the last. Not every system has a mutex that needs no code to come into
 // being, and one within a function would leave its guard's handles behind when the library is unloaded.
 [[gnu::init_priority(101)]] std::mutex theLock;
 

@@ -207,19 +207,24 @@ int statusOf(HINTERNET request) noexcept
     return static_cast<int>(status);
 }
 
-// The declared length of the body; false where what is declared is not one number. Chunks count without it, and two
-// statuses come without a body whatever their head says.
-bool lengthOf(HINTERNET request, std::optional<std::uint64_t>& length)
+// Chunks count without a length, and two statuses come without a body whatever their head says.
+bool lengthCounts(HINTERNET request)
 {
     const int status = statusOf(request);
-    if (status == HTTP_STATUS_NO_CONTENT || status == HTTP_STATUS_NOT_MODIFIED) return true;
-    if (!headerOf(request, WINHTTP_QUERY_TRANSFER_ENCODING).empty()) return true;
+    return status != HTTP_STATUS_NO_CONTENT && status != HTTP_STATUS_NOT_MODIFIED &&
+           headerOf(request, WINHTTP_QUERY_TRANSFER_ENCODING).empty();
+}
+
+// The declared length of the body; false where what is declared is not one number.
+bool lengthOf(HINTERNET request, std::optional<std::uint64_t>& length)
+{
     const std::string head = headerOf(request, WINHTTP_QUERY_RAW_HEADERS_CRLF);
-    for (std::string_view rest = head; !rest.empty();) {
+    for (std::string_view rest = head; rest.find('\n') != std::string_view::npos;) {
         const std::string_view line = rest.substr(0, rest.find('\n') + 1);
-        if (line.empty() || !readLength(line, length)) return line.empty();
+        if (!readLength(line, length)) return false;
         rest.remove_prefix(line.size());
     }
+    if (!lengthCounts(request)) length.reset();
     return true;
 }
 

@@ -86,6 +86,8 @@ std::vector<Row> codings()
         sends("chunks and a length", kHead + length + "Transfer-Encoding: chunked\r\n\r\n" + kChunk + kLast, plain()),
         sends("a length and chunks", kHead + "Transfer-Encoding: chunked\r\n" + length + "\r\n" + kChunk + kLast,
               plain()),
+        closes("chunks and a length that is no number",
+               kHead + "Content-Length: x\r\nTransfer-Encoding: chunked\r\n\r\n" + kChunk + kLast, notHttp()),
         closes("chunks in version 1.0", "HTTP/1.0 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + kChunk + kLast,
                plain()),
         sends("a compressed document that is none", kHead + "Content-Encoding: gzip\r\n" + length + "\r\n" + kSuccess,

@@ -65,6 +65,7 @@ std::vector<Row> others()
     return {
         sends("204", "HTTP/1.1 204 No Content\r\n\r\n", senseless()),
         sends("204 with a document", replyWith("HTTP/1.1 204 X"), senseless()),
+        closes("204 with a length that is no number", "HTTP/1.1 204 X\r\nContent-Length: x\r\n\r\n", notHttp()),
         sends("304 with a document", replyWith("HTTP/1.1 304 X"), senseless()),
         closes("205 with nothing", "HTTP/1.1 205 X\r\nContent-Length: 0\r\n\r\n", senseless()),
         sends("100, then the reply", next + ok, plain(), notHttp()),
