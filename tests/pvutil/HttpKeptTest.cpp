@@ -1,6 +1,9 @@
 // What becomes of a connection behind a reply, and of a request that meets its end: nothing goes out twice that may
 // have been acted on, and nothing that waits is taken for a reply.
+#include <atomic>
+#include <latch>
 #include <thread>
+#include <vector>
 
 #include "tests/pvutil/HttpFixture.h"
 #include "tests/pvutil/KeptConnections.h"
@@ -82,6 +85,30 @@ TEST_F(HttpKept, ServesTheNextRequestWhereTheSystemCanTellThatItIsClean)
     EXPECT_EQ(getPath("/here"), 200);
     EXPECT_EQ(server.requests().size(), 22U);
     EXPECT_EQ(server.connections(), keepsConnections() ? 1U : 22U);
+}
+
+// Sixteen wait for the next request; what there is more of is closed.
+TEST_F(HttpKept, ServesAnyNumberOfCallsAtOnce)
+{
+    constexpr std::size_t kCalls = 24;
+    constexpr std::size_t kKept = 16;
+    server.otherwise(Script().pause(800ms).send(replyText(200, "text/xml", "<kznapi/>")));
+    for (const std::size_t connections : {kCalls, keepsConnections() ? 2 * kCalls - kKept : 2 * kCalls}) {
+        std::latch ready(kCalls);
+        std::atomic<int> served = 0;
+        {
+            std::vector<std::jthread> threads;
+            for (std::size_t call = 0; call < kCalls; ++call)
+                threads.emplace_back([&] {
+                    CZelHttpClient own;
+                    ready.arrive_and_wait();
+                    if (own.Request(server.url("/op.do"), HTTP_METHOD::POST, "a=b"_w, {}, HttpOption::kForm) == 200)
+                        ++served;
+                });
+        }
+        EXPECT_EQ(served, static_cast<int>(kCalls));
+        EXPECT_EQ(server.connections(), connections);
+    }
 }
 
 // ---- How often a request goes out -----------------------------------------------------------------------------------
