@@ -26,8 +26,8 @@ NUMBER = re.compile(r"(?<![\w.'])(\d{1,6})(?![\w.'])")
 TEXT = re.compile(r'"((?:\\.|[^"\\\n])+)"')
 STATEMENT = re.compile(
     r"^ +(?!return\b|using\b|case\b|static_assert|break\b|const\b|auto\b|std::\w+ \w+|throw\b)[\w*(].*;$")
-# Two such lines in the other order are another program; of most others they are the same one.
-ORDERED = re.compile(r"\b(?:body|xml|head|part|text)\b.*[.(]|\bif \(.*return\b|\bclear\(\)|std::move")
+# Two such lines in the other order are another request; most others are the same program either way.
+ORDERED = re.compile(r"^ +(?:body|xml|head|part)\.")
 # What no program sees: attributes and preprocessor lines, and what only the compiler checks.
 UNSEEN = re.compile(r"^\s*(?:#|static_assert|template|using |namespace |friend |\[\[)")
 

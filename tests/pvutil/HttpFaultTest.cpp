@@ -75,6 +75,11 @@ TEST_F(HttpFaults, NobodyIsThere)
     const std::string closed = "127.0.0.1:" + std::to_string(CaptureServer::closedPort());
     expectFault("nobody listens", HttpFault::refused, wide("http://" + closed + "/op.do"), closed);
     expectFault("nobody listens, TLS", HttpFault::refused, wide("https://" + closed + "/op.do"), closed);
+    const std::string six = "[::1]:" + std::to_string(CaptureServer::closedPort());
+    EXPECT_EQ(get(wide("http://" + six + "/op.do")), -1);
+    EXPECT_TRUE(client.Failure().fault == HttpFault::refused || client.Failure().fault == HttpFault::unreachable)
+        << "without that kind of address there is no way to it";
+    EXPECT_NE(textOf(client.Failure()).find(six), std::string::npos) << textOf(client.Failure());
     expectFault("no such host", HttpFault::noSuchHost, "http://no-such-host.invalid/op.do"_w,
                 "no-such-host.invalid:80");
     expectFault("no way there", HttpFault::unreachable, "http://255.255.255.255/op.do"_w, "255.255.255.255:80");
