@@ -23,8 +23,8 @@ namespace {
 
 constexpr DWORD kSlots = TLS_MINIMUM_AVAILABLE + 1024;  // of any Windows
 
-// The slot has no name: it is the one that the runtime empties as the thread ends. Behind everything of the library's own;
-// whatever is below 101 is the compiler's.
+// The slot has no name: it is the one that the runtime empties as the thread ends. Behind everything of the library's
+// own; whatever is below 101 is the compiler's.
 [[gnu::destructor(101)]] void onUnloaded() noexcept
 {
     if (kzn::pvutil::processIsEnding()) return;
