@@ -124,6 +124,22 @@ TEST_F(LifeTest, AClientIsMadeWholeOrSaysThatItIsNot)
     EXPECT_GT(unbuilt, 0U);
 }
 
+TEST_F(LifeTest, WantOfMemoryIsToldWithoutAny)
+{
+    CWapiClient client(url());
+    const CStringT cred = "c"_w;
+    CStringT got = "before"_w;
+    int result = 1;
+    {
+        const FailingHeap heap(1, Failing::fromThenOn);
+        result = client.cloneSession(cred, {}, got);
+    }
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(got, "before"_w);
+    EXPECT_EQ(client.GetLstMsg().reason, "memory"_w);
+    EXPECT_TRUE(works(client));
+}
+
 TEST_F(LifeTest, AClientThatCouldNotBeMadeRefusesEveryKindOfCall)
 {
     CStringT address = url();

@@ -106,6 +106,14 @@ TEST_F(ProxyFault, IsAskedForTheWholeAddress)
     EXPECT_THAT(proxy.requests().front().target, testing::AnyOf(kHttp, "http://elsewhere.invalid:80/page"));
 }
 
+TEST_F(ProxyFault, IsAskedForTheAddressAsItStands)
+{
+    proxy.reply(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(outcomeOf("http://elsewhere.invalid/a/../b/./c?d=/../e"), kReply);
+    ASSERT_EQ(proxy.requests().size(), 1U);
+    EXPECT_THAT(proxy.requests().front().target, testing::EndsWith("/a/../b/./c?d=/../e"));
+}
+
 // What a proxy hands on is the server's.
 TEST_F(ProxyFault, ClosesInsteadOfAReply)
 {
