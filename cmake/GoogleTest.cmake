@@ -9,6 +9,23 @@ function(pv_add_googletest)
     endforeach()
 endfunction()
 
+# Half of what compiling a test takes is reading the headers that each of them has: that is done once. They are read
+# before a source's first line, so that one that forgets to include them is not noticed.
+function(pv_reuse_test_headers name)
+    if(NOT TARGET test_headers)
+        set(source ${CMAKE_CURRENT_BINARY_DIR}/test_headers.cpp)
+        file(CONFIGURE OUTPUT ${source} CONTENT "int main() {}\n" @ONLY)
+        add_executable(test_headers EXCLUDE_FROM_ALL ${source})
+        target_link_libraries(test_headers PRIVATE gmock_main)
+        target_precompile_headers(test_headers PRIVATE
+            <gmock/gmock.h> <gtest/gtest.h> <array> <chrono> <filesystem> <fstream> <functional> <string> <thread>
+            <vector>)
+        target_compile_options(test_headers PRIVATE -fpch-preprocess)
+    endif()
+    target_precompile_headers(${name} REUSE_FROM test_headers)
+    target_compile_options(${name} PRIVATE -fpch-preprocess)
+endfunction()
+
 # pv_add_test(<name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>])
 # One entry of ctest a program, not one a case: a start under Wine costs more than most cases.
 # Whoever loads the library has its log open, so each program has a data folder of its own; on Windows, where the user
@@ -17,6 +34,7 @@ function(pv_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} gmock_main)
+    pv_reuse_test_headers(${name})
     add_test(NAME ${name} COMMAND ${name})
     set(dataFolder ${CMAKE_CURRENT_BINARY_DIR}/${name}.data)
     file(MAKE_DIRECTORY ${dataFolder})

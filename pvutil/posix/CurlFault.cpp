@@ -69,12 +69,11 @@ constexpr std::array<std::pair<int, HttpFault>, 16> kByErrno{{
 
 // OpenSSL's numbers of what is wrong with a certificate. Where it found nothing (0), or was not asked because libcurl
 // looks at the name first (1), it was the name.
-constexpr std::array<std::pair<long, HttpFault>, 5> kByCertificate{{
+constexpr std::array<std::pair<long, HttpFault>, 4> kByCertificate{{
     {0, HttpFault::tlsWrongName},
     {1, HttpFault::tlsWrongName},
     {9, HttpFault::tlsExpired},  // not yet valid
     {10, HttpFault::tlsExpired},
-    {62, HttpFault::tlsWrongName},
 }};
 
 template <typename Key, std::size_t count>
