@@ -64,7 +64,9 @@ def at_pattern(file, text, code):
         for found in re.finditer(pattern, code):
             yield kind, found.start(), found.end(), instead
     for found in NUMBER.finditer(code):
-        yield "bound", found.start(), found.end(), str(int(found[1]) + 1)
+        # What is told as a truth has two values.
+        is_truth = found[1] == "1" and code[:found.start()].endswith("return ") and code[found.end()] == ";"
+        yield "bound", found.start(), found.end(), "0" if is_truth else str(int(found[1]) + 1)
 
 
 def in_literals(file, text, code):
