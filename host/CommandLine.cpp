@@ -3,14 +3,13 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <charconv>
 #include <map>
-#include <optional>
 
 #include "host/Errors.h"
 #include "host/Help.h"
 #include "host/Look.h"
 #include "host/Network.h"
+#include "host/Numbers.h"
 #include "host/Profile.h"
 #include "host/Suggest.h"
 #include "host/System.h"
@@ -26,41 +25,6 @@ constexpr const char* kAutomatic = "auto";
 constexpr const char* kOperations = "--operations";
 
 constexpr const char* kVerbose = "-v";
-
-constexpr int kMostSeconds = 4'000'000;
-
-std::optional<double> secondsIn(const std::string& text)
-{
-    double seconds = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
-    if (error != std::errc() || stop != end) return std::nullopt;
-    return seconds;
-}
-
-/// Nothing where the text is no time that the library can take.
-std::optional<unsigned int> millisecondsIn(const std::string& text)
-{
-    const std::optional<double> seconds = secondsIn(text);
-    if (!seconds || !(*seconds >= 0.001 && *seconds <= kMostSeconds)) return std::nullopt;
-    return static_cast<unsigned int>(*seconds * 1000);
-}
-
-std::string secondsProblem(const std::string& text)
-{
-    if (millisecondsIn(text)) return {};
-    const bool isMuch = secondsIn(text).value_or(0) > kMostSeconds;
-    return "'" + text + "' is " +
-           (isMuch ? "more than " + std::to_string(kMostSeconds) + " seconds" : "not a number of seconds above 0");
-}
-
-std::string numberProblem(const std::string& text)
-{
-    int number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && stop == end ? std::string() : "'" + text + "' is not a whole number";
-}
 
 /// A line for each operation that a command calls: the command's words, a tab, the operation. A command that forgot to
 /// name any shows by a line without one.
@@ -116,11 +80,12 @@ std::vector<std::string> columnsOf(const Command& command, const std::string& li
 
 class Parser {
 public:
-    explicit Parser(const Commands& commands);
+    Parser(const Commands& commands, const std::vector<std::string>& words);
 
-    Request read(std::vector<std::string> words);
+    Request read();
 
 private:
+    void add(const Command& command);
     CLI::App& appAt(const std::string& path);
     const CLI::App& reached() const;
     std::string pathOf(const CLI::App& app) const;
@@ -134,7 +99,7 @@ private:
 
     const Commands& all_;
     const std::vector<Argument> common_ = commonArguments();
-    std::vector<std::string> words_;  ///< as they were typed
+    const std::vector<std::string>& words_;  ///< as they were typed
     CLI::App root_{"", "pvwapi"};
     std::map<std::string, CLI::App*> apps_;
     std::map<const CLI::App*, const Command*> commands_;
@@ -170,7 +135,7 @@ void addValues(Values& values, const CLI::App& app, const std::vector<Argument>&
     }
 }
 
-Parser::Parser(const Commands& commands) : all_(commands)
+Parser::Parser(const Commands& commands, const std::vector<std::string>& words) : all_(commands), words_(words)
 {
     root_.allow_windows_style_options(false);
     root_.set_help_flag("-h,--help");
@@ -179,12 +144,20 @@ Parser::Parser(const Commands& commands) : all_(commands)
     root_.require_subcommand(0, 1);
     for (const Argument& argument : common_) addArgument(root_, argument);
 
+    // Of a topic that nobody has typed no command can be meant; to make them all takes longer than to run one.
     for (const Command& command : commands) {
-        CLI::App& app = appAt(command.path);
-        if (command.run == nullptr && command.tell == nullptr) continue;
-        commands_[&app] = &command;
-        for (const Argument& argument : command.arguments) addArgument(app, argument);
+        const std::string topic = command.path.substr(0, command.path.find(' '));
+        if (std::ranges::find(words, topic) != words.end()) add(command);
+        else appAt(topic);
     }
+}
+
+void Parser::add(const Command& command)
+{
+    CLI::App& app = appAt(command.path);
+    if (command.run == nullptr && command.tell == nullptr) return;
+    commands_[&app] = &command;
+    for (const Argument& argument : command.arguments) addArgument(app, argument);
 }
 
 /// The app of a path, made with all that lead to it.
@@ -202,10 +175,9 @@ CLI::App& Parser::appAt(const std::string& path)
     return *app;
 }
 
-Request Parser::read(std::vector<std::string> words)
+Request Parser::read()
 {
-    words_ = words;
-    words = shielded(words, arguments());
+    std::vector<std::string> words = shielded(words_, arguments());
     std::ranges::reverse(words);  // this is the order in which the library below takes them
     try {
         root_.parse(std::move(words));
@@ -390,9 +362,9 @@ std::vector<Argument> commonArguments()
     };
 }
 
-Request readCommandLine(const Commands& commands, std::vector<std::string> words)
+Request readCommandLine(const Commands& commands, const std::vector<std::string>& words)
 {
-    return Parser(commands).read(std::move(words));
+    return Parser(commands, words).read();
 }
 
 }  // namespace host

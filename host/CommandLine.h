@@ -23,6 +23,6 @@ std::vector<Argument> commonArguments();
 std::string problemWith(const Argument& argument, const std::string& value);
 
 /// Throws LocalProblem where the words make no command. The request points into `commands`.
-Request readCommandLine(const Commands& commands, std::vector<std::string> words);
+Request readCommandLine(const Commands& commands, const std::vector<std::string>& words);
 
 }  // namespace host
