@@ -10,7 +10,7 @@ enum ListID : unsigned { kSet = 12, kGet = 13 };
 
 }  // namespace
 
-SpaceAccessPart::SpaceAccessPart(CXMLWapiCommonResponse& reply, std::string_view at)
+SpaceAccessPart::SpaceAccessPart(CXMLWapiCommonResponse& reply, PathPiece at)
 {
     reply.select(at, {{"set-workspace/access/", &access.setWorkspaceAccess},
                       {"set-workspace/reason/", &access.setWorkspaceReason},
@@ -26,10 +26,14 @@ SpaceAccessPart::SpaceAccessPart(CXMLWapiCommonResponse& reply, std::string_view
                       {"JoinSpace/reason/", &access.joinSpaceReason}});
 }
 
-RoleItemPart::RoleItemPart(CXMLWapiCommonResponse& reply, std::string_view at)
+RoleItemPart::RoleItemPart(CXMLWapiCommonResponse& reply, PathPiece at)
 {
     reply.add(*this);
-    for (const auto& [id, list] : {std::pair{kSet, "set/"}, std::pair{kGet, "get/"}})
+    struct List {
+        unsigned id;
+        PathPiece path;
+    };
+    for (const auto& [id, list] : {List{kSet, "set/"}, List{kGet, "get/"}})
         reply.listen(id, at, list,
                      {{"cmd/", &item_.cmd},
                       {"id/", &item_.id},

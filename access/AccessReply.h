@@ -11,7 +11,7 @@ namespace wapi {
 /// The rights on workspaces, of a direct reply and of a script's step.
 class SpaceAccessPart {
 public:
-    SpaceAccessPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    SpaceAccessPart(CXMLWapiCommonResponse& reply, PathPiece at);
     SpaceAccessPart(const SpaceAccessPart&) = delete;  // the reply holds the addresses of its texts
     SpaceAccessPart& operator=(const SpaceAccessPart&) = delete;
 
@@ -21,7 +21,7 @@ public:
 /// The answers to "get" and "set" tests, in the order of the reply.
 class RoleItemPart final : public CWapiReplyPart {
 public:
-    RoleItemPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    RoleItemPart(CXMLWapiCommonResponse& reply, PathPiece at);
     void onEnd(unsigned id) override;
 
     std::vector<RoleItem> roles;

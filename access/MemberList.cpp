@@ -13,7 +13,7 @@ enum ListID : unsigned { kMember = 4, kMemberRole = 7 };
 
 }  // namespace
 
-MemberListPart::MemberListPart(CXMLWapiCommonResponse& reply, std::string_view at)
+MemberListPart::MemberListPart(CXMLWapiCommonResponse& reply, PathPiece at)
 {
     reply.add(*this);
     reply.listen(kMember, at, "workspace/members/member/",

@@ -12,7 +12,7 @@ namespace wapi {
 /// The members in the order of the reply, of a direct reply and of a script's step.
 class MemberListPart final : public CWapiReplyPart {
 public:
-    MemberListPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    MemberListPart(CXMLWapiCommonResponse& reply, PathPiece at);
     void onEnd(unsigned id) override;
 
     std::vector<CZelMember> members;

@@ -62,7 +62,7 @@ CStringT CWapiClient::buildProbeSpaceAccessRequest(const CStringT& workspaceID, 
                      "</id></delete-workspace>");
     if (tests & kJoinTest) list.literal("<JoinSpace/>");
     list.literal("</tests>");
-    return list;
+    return list.taken();
 }
 
 int CWapiClient::probeSpaceAccess(const CStringT& cred, const CStringT& workspaceID, SPACE_ACCESS& access,

@@ -1,7 +1,8 @@
 #include "access/SpaceListReply.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstddef>
+#include <cstring>
 #include <utility>
 
 #include "access/RoleValue.h"
@@ -15,7 +16,7 @@ enum ListID : unsigned { kSpace = 1, kInvitation = 2, kRoleSpace = 15, kRole = 1
 
 }  // namespace
 
-SpaceListPart::SpaceListPart(CXMLWapiCommonResponse& reply, std::string_view at)
+SpaceListPart::SpaceListPart(CXMLWapiCommonResponse& reply, PathPiece at)
 {
     reply.add(*this);
     reply.listen(kSpace, at, "workspace/",
@@ -35,10 +36,10 @@ void SpaceListPart::onEnd(unsigned id)
     if (id != kSpace) return;
     space_.status =
         wide("accepted");  // the reply's own status is not asked: the user is a member of all that is listed
-    spaces.push_back(std::exchange(space_, {}));
+    spaces.add(std::exchange(space_, {}));
 }
 
-InvitationPart::InvitationPart(CXMLWapiCommonResponse& reply, std::string_view at)
+InvitationPart::InvitationPart(CXMLWapiCommonResponse& reply, PathPiece at)
 {
     reply.add(*this);
     reply.listen(kInvitation, at, "spaceInvite/",
@@ -68,7 +69,7 @@ void InvitationPart::onEnd(unsigned id)
     inviteAs_.clear();
 }
 
-SpaceRolePart::SpaceRolePart(CXMLWapiCommonResponse& reply, std::string_view at)
+SpaceRolePart::SpaceRolePart(CXMLWapiCommonResponse& reply, PathPiece at)
 {
     reply.add(*this);
     reply.listen(kRoleSpace, at, "user/workspaces/workspace/", {{"workspaceID/", &workspaceID_}});
@@ -80,26 +81,46 @@ void SpaceRolePart::onEnd(unsigned id)
 {
     if (id == kRole) pending_.push_back(std::exchange(role_, {}));
     if (id != kRoleSpace) return;
-    roles_.push_back({std::exchange(workspaceID_, {}), roleValue(pending_)});
+    roles_.add({std::exchange(workspaceID_, {}), roleValue(pending_)});
     pending_.clear();
+}
+
+SpaceRolePart::Entry::Entry(const CStringT& workspaceID, int ofRole) noexcept : id(&workspaceID), role(ofRole)
+{
+    constexpr std::size_t kUnits = sizeof end / sizeof(CStringT::value_type);
+    const std::size_t count = std::min(kUnits, workspaceID.size());
+    std::memcpy(&end, workspaceID.data() + workspaceID.size() - count, count * sizeof(CStringT::value_type));
+}
+
+std::weak_ordering SpaceRolePart::Entry::operator<=>(const Entry& other) const noexcept
+{
+    return end != other.end ? end <=> other.end : *id <=> *other.id;
 }
 
 // Sorted rather than hashed: a service that chooses its IDs cannot make them collide. Equal ones keep their order, so
 // that the first of them is found.
-void SpaceRolePart::assignTo(std::vector<SpaceForList>& spaces)
+void SpaceRolePart::makeReady()
 {
-    std::ranges::stable_sort(roles_, {}, &SpaceRole::workspaceID);
+    entries_.reserve(roles_.size());
+    roles_.forEach([this](const SpaceRole& told) { entries_.emplace_back(told.workspaceID, told.role); });
+    std::ranges::stable_sort(entries_);
+}
+
+void SpaceRolePart::assignTo(std::span<SpaceForList> spaces) const noexcept
+{
     for (SpaceForList& space : spaces) {
-        const auto found = std::ranges::lower_bound(roles_, space.workspaceID, {}, &SpaceRole::workspaceID);
-        if (found != roles_.end() && found->workspaceID == space.workspaceID) space.role = found->role;
+        const Entry wanted(space.workspaceID);
+        const auto found = std::ranges::lower_bound(entries_, wanted);
+        if (found != entries_.end() && *found == wanted) space.role = found->role;
     }
 }
 
 void list_space_library_resp::moveInto(std::vector<SpaceForList>& listed, std::vector<CZelSpaceInvite>& invited)
 {
-    roles.assignTo(spaces.spaces);
-    listed.insert(listed.end(), std::make_move_iterator(spaces.spaces.begin()),
-                  std::make_move_iterator(spaces.spaces.end()));
+    const std::size_t before = listed.size();
+    roles.makeReady();
+    spaces.spaces.appendTo(listed);
+    roles.assignTo(std::span(listed).subspan(before));
     invited = std::move(invitations.invitations);
 }
 

@@ -1,10 +1,14 @@
 // The parts of a scripted listing: workspaces, invitations, and the user's role in each workspace.
 #pragma once
 
+#include <compare>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "access/AccessReply.h"
 #include "client/CommonResponse.h"
+#include "client/Gathered.h"
 #include "records/Roles.h"
 #include "records/Spaces.h"
 
@@ -13,10 +17,10 @@ namespace wapi {
 /// The listed workspaces, in the order of the reply.
 class SpaceListPart final : public CWapiReplyPart {
 public:
-    SpaceListPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    SpaceListPart(CXMLWapiCommonResponse& reply, PathPiece at);
     void onEnd(unsigned id) override;
 
-    std::vector<SpaceForList> spaces;
+    Gathered<SpaceForList> spaces;
 
 private:
     SpaceForList space_;
@@ -25,7 +29,7 @@ private:
 /// The invitations, in the order of the reply.
 class InvitationPart final : public CWapiReplyPart {
 public:
-    InvitationPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    InvitationPart(CXMLWapiCommonResponse& reply, PathPiece at);
     void onEnd(unsigned id) override;
 
     std::vector<CZelSpaceInvite> invitations;
@@ -39,11 +43,12 @@ private:
 /// The user's own role by workspace ID; the first that is told of a workspace stays.
 class SpaceRolePart final : public CWapiReplyPart {
 public:
-    SpaceRolePart(CXMLWapiCommonResponse& reply, std::string_view at);
+    SpaceRolePart(CXMLWapiCommonResponse& reply, PathPiece at);
     void onEnd(unsigned id) override;
 
-    /// Gives each workspace its role; one that is not told of keeps its own.
-    void assignTo(std::vector<SpaceForList>& spaces);
+    /// Gives each workspace its role; one that is not told of keeps its own. To be made ready before.
+    void assignTo(std::span<SpaceForList> spaces) const noexcept;
+    void makeReady();
 
 private:
     struct SpaceRole {
@@ -51,7 +56,19 @@ private:
         int role;
     };
 
-    std::vector<SpaceRole> roles_;
+    /// By the end of the ID at first, where IDs differ; most are told apart without a look at the text itself.
+    struct Entry {
+        explicit Entry(const CStringT& workspaceID, int ofRole = 0) noexcept;
+        std::weak_ordering operator<=>(const Entry& other) const noexcept;
+        bool operator==(const Entry& other) const noexcept { return std::is_eq(*this <=> other); }
+
+        std::uint64_t end = 0;
+        const CStringT* id;
+        int role;
+    };
+
+    Gathered<SpaceRole> roles_;
+    std::vector<Entry> entries_;
     CStringT workspaceID_;
     MemberRole role_;
     std::vector<MemberRole> pending_;

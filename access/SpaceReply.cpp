@@ -21,7 +21,7 @@ void keepKind(int& kind, const CStringT& type, const CStringT& isTemplate)
 
 }  // namespace
 
-SpacePart::SpacePart(CXMLWapiCommonResponse& reply, std::string_view at) : members_(reply, at), tabs_(reply, at)
+SpacePart::SpacePart(CXMLWapiCommonResponse& reply, PathPiece at) : members_(reply, at), tabs_(reply, at)
 {
     reply.select(at, {{"workspace/workspaceID/", &space_.workspaceID},
                       {"workspace/workspaceName/", &space_.workspaceName},

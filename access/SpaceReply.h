@@ -13,7 +13,7 @@ namespace wapi {
 /// The texts, members and tabs of a workspace.
 class SpacePart {
 public:
-    SpacePart(CXMLWapiCommonResponse& reply, std::string_view at);
+    SpacePart(CXMLWapiCommonResponse& reply, PathPiece at);
 
     /// Moves what was read into `space` and is empty afterwards. Where type and template flag name no kind that hosts
     /// know, the kind in `space` stays.

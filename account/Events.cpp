@@ -14,7 +14,7 @@ constexpr unsigned kWorkspace = 11;
 // Both counts come in one shape and differ in the name of the number.
 class CountResponse : public CXMLWapiCommonResponse {
 public:
-    explicit CountResponse(std::string_view countName)
+    explicit CountResponse(PathPiece countName)
     {
         listen(kWorkspace, kDirectReply, "Results/workspace/", {{"workspaceID/", &workspaceID_}, {countName, &count_}});
     }

@@ -8,7 +8,7 @@ namespace {
 
 enum ListID : unsigned { kLibrary = 8, kTemplate = 9, kApp = 18, kTopLevelApp = 19 };
 
-constexpr std::string_view kLibraryPath = "libraries/library/";
+constexpr PathPiece kLibraryPath = "libraries/library/";
 
 class CXMLWapiGetLibrarysResponse : public CXMLWapiCommonResponse {  // sic
 public:
@@ -73,7 +73,7 @@ public:
     std::vector<library2_t> libraries;
 
 private:
-    void listenToApps(std::string_view list)
+    void listenToApps(PathPiece list)
     {
         listen(kApp, kDirectReply, list,
                {{"widgetName/", &app_.name},

@@ -50,33 +50,33 @@ private:
 };
 
 struct Feature {
-    std::string_view test;
+    PathPiece access;
     int CZelPolicy::*flag;
 };
 
 // The order of the record; the request has an order of its own.
 constexpr std::array<Feature, 21> kFeatures{{
-    {"AutomaticUpdates", &CZelPolicy::AutomaticUpdates},
-    {"PremiumServices", &CZelPolicy::PremiumServices},
-    {"SecureCollaboration", &CZelPolicy::SecureCollaboration},
-    {"IMInt", &CZelPolicy::IMInt},
-    {"IMExt", &CZelPolicy::IMExt},
-    {"DisableIMCatchInt", &CZelPolicy::DisableIMCatchInt},
-    {"DisableIMCatchExt", &CZelPolicy::DisableIMCatchExt},
-    {"LocalArchive", &CZelPolicy::LocalArchive},
-    {"VoIPInt", &CZelPolicy::VoIPInt},
-    {"VoIPExt", &CZelPolicy::VoIPExt},
-    {"VideoInt", &CZelPolicy::VideoInt},
-    {"VideoExt", &CZelPolicy::VideoExt},
-    {"DesktopShareInt", &CZelPolicy::DesktopShareInt},
-    {"DesktopShareExt", &CZelPolicy::DesktopShareExt},
-    {"RemoteControlInt", &CZelPolicy::RemoteControlInt},
-    {"RemoteControlExt", &CZelPolicy::RemoteControlExt},
-    {"FileTransferInt", &CZelPolicy::FileTransferInt},
-    {"FileTransferExt", &CZelPolicy::FileTransferExt},
-    {"FileXferVirusScan", &CZelPolicy::FileXferVirusScan},
-    {"HasSpaces", &CZelPolicy::HasSpaces},
-    {"create-workspace", &CZelPolicy::CreateWorkspace},
+    {"AutomaticUpdates/access/", &CZelPolicy::AutomaticUpdates},
+    {"PremiumServices/access/", &CZelPolicy::PremiumServices},
+    {"SecureCollaboration/access/", &CZelPolicy::SecureCollaboration},
+    {"IMInt/access/", &CZelPolicy::IMInt},
+    {"IMExt/access/", &CZelPolicy::IMExt},
+    {"DisableIMCatchInt/access/", &CZelPolicy::DisableIMCatchInt},
+    {"DisableIMCatchExt/access/", &CZelPolicy::DisableIMCatchExt},
+    {"LocalArchive/access/", &CZelPolicy::LocalArchive},
+    {"VoIPInt/access/", &CZelPolicy::VoIPInt},
+    {"VoIPExt/access/", &CZelPolicy::VoIPExt},
+    {"VideoInt/access/", &CZelPolicy::VideoInt},
+    {"VideoExt/access/", &CZelPolicy::VideoExt},
+    {"DesktopShareInt/access/", &CZelPolicy::DesktopShareInt},
+    {"DesktopShareExt/access/", &CZelPolicy::DesktopShareExt},
+    {"RemoteControlInt/access/", &CZelPolicy::RemoteControlInt},
+    {"RemoteControlExt/access/", &CZelPolicy::RemoteControlExt},
+    {"FileTransferInt/access/", &CZelPolicy::FileTransferInt},
+    {"FileTransferExt/access/", &CZelPolicy::FileTransferExt},
+    {"FileXferVirusScan/access/", &CZelPolicy::FileXferVirusScan},
+    {"HasSpaces/access/", &CZelPolicy::HasSpaces},
+    {"create-workspace/access/", &CZelPolicy::CreateWorkspace},
 }};
 
 constexpr std::string_view kFeatureTests =
@@ -89,8 +89,7 @@ class CXMLWapiPolicyResponse : public CXMLWapiCommonResponse {
 public:
     CXMLWapiPolicyResponse()
     {
-        for (std::size_t i = 0; i < kFeatures.size(); ++i)
-            select(kDirectReply, {{std::string(kFeatures[i].test) + "/access/", &access[i]}});
+        for (std::size_t i = 0; i < kFeatures.size(); ++i) select(kDirectReply, {{kFeatures[i].access, &access[i]}});
     }
 
     std::array<CStringT, kFeatures.size()> access;

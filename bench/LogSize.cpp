@@ -6,13 +6,18 @@
 
 namespace kzn::bench {
 
-std::uintmax_t logSize()
+std::string logFile()
 {
     const char* const folder = std::getenv("XDG_DATA_HOME");
-    if (!folder) return 0;
+    return folder == nullptr ? std::string() : std::string(folder) + "/Pravik/Log/pvwapi.txt";
+}
+
+std::uintmax_t logSize()
+{
+    const std::string file = logFile();
+    if (file.empty()) return 0;
     std::error_code error;
-    const std::uintmax_t size =
-        std::filesystem::file_size(std::filesystem::path(folder) / "Pravik/Log/pvwapi.txt", error);
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
     return error ? 0 : size;
 }
 

@@ -1,16 +1,18 @@
 #include "bench/ReadListing.h"
 
 #include "access/SpaceListReply.h"
+#include "pvutil/Utf.h"
 
 namespace kzn::bench {
 
-bool readListing(const CStringT& text, Listing& listing)
+bool readListing(std::string_view reply, Listing& listing)
 {
-    wapi::list_space_library_resp reply;
-    reply.ParseXML(text);
-    if (!reply.succeeded()) return false;
+    if (!pvutil::utf::isWellFormed(reply)) return false;
+    wapi::list_space_library_resp parser;
+    parser.ParseUtf8(reply);
+    if (!parser.succeeded()) return false;
 
-    reply.moveInto(listing.spaces, listing.invitations);
+    parser.moveInto(listing.spaces, listing.invitations);
     return true;
 }
 

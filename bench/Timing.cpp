@@ -1,10 +1,13 @@
 #include "bench/Timing.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <ctime>
 #include <iterator>
+#include <limits>
 #include <vector>
 
 namespace kzn::bench {
@@ -65,6 +68,13 @@ double threadTime()
 double wallTime()
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void keepHeap()
+{
+    constexpr int kLargest = 32 << 20;  // that may be kept
+    mallopt(M_MMAP_THRESHOLD, kLargest);
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
 
 Ratio compare(int pairs, const Work& subject, const Work& peer)

@@ -15,6 +15,10 @@ double threadTime();
 /// Time as it passes: for work that waits for another process.
 double wallTime();
 
+/// The heap keeps from now on what it once had of the system, as that of a program that has been running for long; else
+/// the system's zeroed pages are most of what is timed.
+void keepHeap();
+
 /// A ratio, and how far it strays within the run.
 struct Ratio {
     double value = 0;

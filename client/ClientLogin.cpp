@@ -29,10 +29,9 @@ WAPIMESSAGE CWapiClientLogin::messageOf(unsigned long error, const kzn::pvutil::
         message.exceptionID = wide(kName);
         return message;
     }
-    reply_ = response->ResponseContent();
     CXMLWapiMessage parser;
-    parser.read(reply_);
-    trace(TraceLevel::debug, reply_);
+    parser.read(*response);
+    if (traceListens()) trace(TraceLevel::debug, response->ResponseContent());
     if (parser.succeeded()) {
         message.code = 1;
     } else {

@@ -10,14 +10,6 @@ namespace {
 
 constexpr unsigned kMessage = 10;
 
-CStringT path(std::string_view prefix, std::string_view list, std::string_view relative = {})
-{
-    CStringT path;
-    path.reserve(prefix.size() + list.size() + relative.size());
-    for (const std::string_view piece : {prefix, list, relative}) appendAscii(path, piece);
-    return path;
-}
-
 }  // namespace
 
 CXMLWapiCommonResponse::CXMLWapiCommonResponse()
@@ -26,10 +18,11 @@ CXMLWapiCommonResponse::CXMLWapiCommonResponse()
     listen(kMessage, "/kznapi/", "messageStrings/message/", {{"", &message}});
 }
 
-void CXMLWapiCommonResponse::read(const CStringT& reply)
+void CXMLWapiCommonResponse::read(const kzn::pvutil::CZelHttpClient& http)
 {
     try {
-        ParseXML(reply);
+        if (std::string_view utf8; http.ResponseUtf8(utf8)) ParseUtf8(utf8);
+        else ParseXML(http.ResponseContent());
     } catch (const EXPAT_EX::XmlLimitPassed& limit) {
         result.clear();
         reason = wide(limit.what());
@@ -50,14 +43,13 @@ void CXMLWapiCommonResponse::OnEndNodeListEvent(unsigned id)
     for (CWapiReplyPart* part : parts_) part->onEnd(id);
 }
 
-void CXMLWapiCommonResponse::select(std::string_view prefix, std::initializer_list<Field> fields)
+void CXMLWapiCommonResponse::select(PathPiece prefix, std::initializer_list<Field> fields)
 {
-    for (const Field& field : fields) AddTextSelecter(path(prefix, field.path), field.text);
+    for (const Field& field : fields) AddTextSelecter({prefix, field.path}, field.text);
 }
 
-void CXMLWapiCommonResponse::listen(unsigned id, std::string_view prefix, std::string_view list,
-                                    std::initializer_list<Field> fields)
+void CXMLWapiCommonResponse::listen(unsigned id, PathPiece prefix, PathPiece list, std::initializer_list<Field> fields)
 {
-    AddNodeListEventListener(id, path(prefix, list));
-    for (const Field& field : fields) AddTextSelecter(path(prefix, list, field.path), field.text);
+    AddNodeListEventListener(id, {prefix, list});
+    for (const Field& field : fields) AddTextSelecter({prefix, list, field.path}, field.text);
 }

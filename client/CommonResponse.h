@@ -2,14 +2,16 @@
 #pragma once
 
 #include <initializer_list>
-#include <string_view>
 #include <vector>
 
+#include "pvutil/HttpClient.h"
 #include "pvutil/XmlHandler.h"
 
 /// Where a part of a reply hangs: below the reply itself, or below a step of a script.
-constexpr std::string_view kDirectReply = "/kznapi/return/";
-constexpr std::string_view kScriptReply = "/kznapi/return/step/";
+using EXPAT_EX::PathPiece;
+
+constexpr PathPiece kDirectReply = "/kznapi/return/";
+constexpr PathPiece kScriptReply = "/kznapi/return/step/";
 
 /// A repeated element of a reply that becomes records: it names the element and its texts when it is made, and builds a
 /// record each time the element ends.
@@ -30,9 +32,9 @@ class CXMLWapiCommonResponse : public EXPAT_EX::CXMLHandler {
 public:
     CXMLWapiCommonResponse();
 
-    /// Reads the whole reply. One that goes beyond a limit has not succeeded, whatever it says, and has its reason from
-    /// here.
-    void read(const CStringT& reply);
+    /// Reads the whole reply, from its bytes where these are UTF-8. One that goes beyond a limit has not succeeded,
+    /// whatever it says, and has its reason from here.
+    void read(const kzn::pvutil::CZelHttpClient& http);
 
     /// "SUCCESS" without regard to case. A reply without a result has not succeeded.
     bool succeeded() const noexcept;
@@ -41,15 +43,15 @@ public:
 
     /// One text below a list's path, or below a prefix.
     struct Field {
-        std::string_view path;
+        PathPiece path;
         CStringT* text;
     };
 
     /// Selects the texts of single elements below `prefix`.
-    void select(std::string_view prefix, std::initializer_list<Field> fields);
+    void select(PathPiece prefix, std::initializer_list<Field> fields);
 
     /// Selects the texts of an element that repeats, and tells every part when one ends.
-    void listen(unsigned id, std::string_view prefix, std::string_view list, std::initializer_list<Field> fields);
+    void listen(unsigned id, PathPiece prefix, PathPiece list, std::initializer_list<Field> fields);
 
     void add(CWapiReplyPart& part) { parts_.push_back(&part); }
 

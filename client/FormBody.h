@@ -3,7 +3,9 @@
 
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "client/Text.h"
 #include "pvutil/StringEx.h"
@@ -20,6 +22,8 @@ struct Cdata {
 /// percent-encoded straight into the body.
 class FormBody {
 public:
+    FormBody() { text_.reserve(kUsual); }
+
     /// `name` as it stands, such as "&xml=", then the pieces encoded.
     template <typename... Pieces>
     FormBody& encoded(std::string_view name, const Pieces&... pieces)
@@ -46,7 +50,11 @@ public:
 
     operator const CStringT&() const noexcept { return text_; }
 
+    CStringT taken() noexcept { return std::move(text_); }
+
 private:
+    static constexpr std::size_t kUsual = 256;
+
     void encode(std::string_view ascii) { kzn::pvutil::URLEncoder::append(text_, ascii); }
     void encode(const CStringT& text) { kzn::pvutil::URLEncoder::append(text_, text); }
     void encode(int number) { plain(number); }  // sign and digits stay as they are under the encoding

@@ -1,8 +1,9 @@
 // The one place where something happens as the library is loaded and unloaded: the log is opened and closed.
 #include "client/TraceLog.h"
-#include "pvutil/HttpTransport.h"
+#include "pvutil/HttpClient.h"
 #include "pvutil/Process.h"
 #include "pvutil/TimerWindow.h"
+#include "pvutil/XmlParser.h"
 
 namespace {
 
@@ -16,7 +17,8 @@ namespace {
     // A process that ends gives everything back by itself, and its other threads may have died in the middle of a call.
     if (!kzn::pvutil::processIsEnding()) {
         kzn::pvutil::TimerWindow::shutDown();
-        kzn::pvutil::shutDownTransport();
+        kzn::pvutil::CZelHttpClient::DropKept();
+        EXPAT_EX::dropParsers();
     }
     wapi::traceLog().close();
 }

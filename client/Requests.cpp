@@ -57,11 +57,11 @@ FormBody proxiedForm(const CStringT& command, int withCred, const CStringT& cred
 }
 
 // Without the credential nobody judges what came.
-int outcomeOf(const CStringT& reply, int withCred)
+int outcomeOf(const CZelHttpClient& http, int withCred)
 {
     if (withCred == 0) return 0;
     CXMLWapiCommonResponse parser;
-    parser.read(reply);
+    parser.read(http);
     return parser.succeeded() ? 1 : 0;
 }
 
@@ -120,14 +120,15 @@ void CWapiClient::traceCause() const noexcept
     }
 }
 
-int CWapiClient::judge(const CStringT& reply, CXMLWapiCommonResponse& parser)
+// The text of the reply is made for those who ask for it, of which there are none as a rule.
+int CWapiClient::judge(const CZelHttpClient& http, CXMLWapiCommonResponse& parser)
 {
     lastMessage.clear();
-    parser.read(reply);
-    trace(TraceLevel::debug, reply);
+    parser.read(http);
+    if (traceListens()) trace(TraceLevel::debug, http.ResponseContent());
     if (parser.succeeded()) return 1;
 
-    lastMessage.response = reply;
+    lastMessage.response = http.ResponseContent();
     lastMessage.reason = parser.reason;
     lastMessage.exceptionID = parser.exceptionID;
     return 0;
@@ -142,30 +143,34 @@ int CWapiClient::post(const CStringT& body, CXMLWapiCommonResponse& parser)
 int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CXMLWapiCommonResponse& parser,
                            METHOD_TYPE method)
 {
-    CStringT reply;
-    return doRequest(url, body, reply, parser, method, {});
+    CZelHttpClient http;
+    return exchange(http, url, body, method) ? judge(http, parser) : 0;
 }
 
 int CWapiClient::doRequest(const CStringT& url, const CStringT& body, CStringT& reply, CXMLWapiCommonResponse& parser,
                            METHOD_TYPE method, CStringT)
 {
-    traceLog().write(LogLevel::debug, body);
-    {
-        CZelHttpClient http;
-        prepare(http);
-        const int status = http.Request(url, transportMethod(method), body, {}, HttpOption::kForm);
-        logReply(http);
-        keepCause(http);
-        networkError = status == CZelHttpClient::kNoConnection ? 1 : 0;
-        if (networkError != 0) {
-            refuse(kNoConnection, url);
-            trace(TraceLevel::error, lastMessage.reason);
-            traceCause();
-            return 0;
-        }
-        reply = http.ResponseContent();
-    }
-    return judge(reply, parser);
+    CZelHttpClient http;
+    if (!exchange(http, url, body, method)) return 0;
+    reply = http.ResponseContent();
+    return judge(http, parser);
+}
+
+bool CWapiClient::exchange(CZelHttpClient& http, const CStringT& url, const CStringT& body, METHOD_TYPE method)
+{
+    const std::string text = kzn::pvutil::stringex::ToUtf8(body);
+    const std::string_view piece = text;
+    traceLog().writeUtf8(LogLevel::debug, text);
+    prepare(http);
+    const int status = http.Request(url, transportMethod(method), std::span(&piece, 1), {}, HttpOption::kForm);
+    logReply(http);
+    keepCause(http);
+    networkError = status == CZelHttpClient::kNoConnection ? 1 : 0;
+    if (networkError == 0) return true;
+    refuse(kNoConnection, url);
+    trace(TraceLevel::error, lastMessage.reason);
+    traceCause();
+    return false;
 }
 
 int CWapiClient::callWapi(const CStringT& cred, const CStringT& command)
@@ -198,9 +203,8 @@ int CWapiClient::WapiProxyCall(const CStringT& cred, const CStringT& command, ME
         keepCause(http);
         traceCause();
         logReply(http);
-        CStringT received = http.ResponseContent();
-        const int outcome = outcomeOf(received, withCred);
-        reply = std::move(received);
+        const int outcome = outcomeOf(http, withCred);
+        reply = http.ResponseContent();
         return outcome;
     });
 }

@@ -21,6 +21,7 @@ std::string_view prefixOf(TraceLevel level) noexcept
 template <typename... Pieces>
 void send(TraceLevel level, const Pieces&... pieces) noexcept
 {
+    if (!traceListens()) return;
     try {
         const std::string_view prefix = prefixOf(level);
         CStringT line;
@@ -33,6 +34,11 @@ void send(TraceLevel level, const Pieces&... pieces) noexcept
 }
 
 }  // namespace
+
+bool traceListens() noexcept
+{
+    return PvTraceListens() != 0;
+}
 
 void trace(TraceLevel level, const CStringT& text) noexcept
 {

@@ -9,6 +9,9 @@ namespace wapi {
 
 enum class TraceLevel : int { error = 0, warning = 3, info = 6, debug = 9 };
 
+/// Whether a line would reach anybody; what is dear to make need not be made where none would.
+bool traceListens() noexcept;
+
 /// Hands the level's prefix and the text to the trace library. Never throws.
 void trace(TraceLevel level, const CStringT& text) noexcept;
 

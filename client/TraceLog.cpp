@@ -1,7 +1,9 @@
 #include "client/TraceLog.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <ctime>
 #include <mutex>
 #include <string>
 
@@ -32,16 +34,33 @@ std::string_view prefixOf(int level) noexcept
     return {};
 }
 
-// "\r\n<2026-01-31 23:59:58, pid=1234, tid=1235> "
-std::string headOf()
+// "\r\n<2026-01-31 23:59:58", made anew when a second has passed. The lock guards it.
+class TimeText {
+public:
+    std::string_view now() noexcept
+    {
+        const std::time_t second = std::time(nullptr);
+        if (second != second_ || length_ == 0) {
+            const std::tm local = localTime(second);
+            length_ = std::strftime(text_.data(), text_.size(), "\r\n<%Y-%m-%d %H:%M:%S", &local);
+            second_ = second;
+        }
+        return {text_.data(), length_};
+    }
+
+private:
+    std::array<char, 32> text_{};
+    std::size_t length_ = 0;
+    std::time_t second_ = 0;
+};
+
+constinit TimeText theTime;
+
+// ", pid=1234, tid=1235> "
+std::string_view callerText(std::array<char, 64>& text) noexcept
 {
-    std::array<char, 96> head;
-    const std::tm now = localTime();
-    std::size_t length = std::strftime(head.data(), head.size(), "\r\n<%Y-%m-%d %H:%M:%S", &now);
-    const int rest =
-        std::snprintf(head.data() + length, head.size() - length, ", pid=%lu, tid=%lu> ", processId(), threadId());
-    if (rest > 0) length += static_cast<std::size_t>(rest);
-    return {head.data(), length};
+    const int length = std::snprintf(text.data(), text.size(), ", pid=%lu, tid=%lu> ", processId(), threadId());
+    return {text.data(), static_cast<std::size_t>(std::max(length, 0))};
 }
 
 }  // namespace
@@ -93,13 +112,11 @@ void TraceLog::writeUtf8(int level, std::string_view text) noexcept
 {
     if (drops(level)) return;
     try {
-        const std::string_view prefix = prefixOf(level);
-        std::string line = headOf();
-        line.reserve(line.size() + prefix.size() + 1 + text.size() + kLogEndOfLine.size());
-        line.append(prefix).append(" ").append(text).append(kLogEndOfLine);
-
+        std::array<char, 64> caller;
+        const std::string_view callers = callerText(caller);
         const std::lock_guard guard(theLock);
-        if (file_.isOpen()) file_.write(line);
+        if (!file_.isOpen()) return;
+        file_.write(std::array{theTime.now(), callers, prefixOf(level), std::string_view(" "), text, kLogEndOfLine});
     } catch (...) {  // no memory for the line
     }
 }

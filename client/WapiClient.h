@@ -470,7 +470,8 @@ private:
     void traceCause() const noexcept;
 
     int refuse(std::string_view reason, const CStringT& what = {});
-    int judge(const CStringT& reply, CXMLWapiCommonResponse& parser);
+    bool exchange(kzn::pvutil::CZelHttpClient& http, const CStringT& url, const CStringT& body, METHOD_TYPE method);
+    int judge(const kzn::pvutil::CZelHttpClient& http, CXMLWapiCommonResponse& parser);
     int post(const CStringT& body, CXMLWapiCommonResponse& parser);
     int doRequest(const CStringT& url, const CStringT& body, CStringT& reply, CXMLWapiCommonResponse& parser,
                   METHOD_TYPE method, CStringT extra);

@@ -1,8 +1,7 @@
-# The target `expat`: the XML parser in its 16-bit build, static, no symbol of it visible outside.
+# The target `expat`: the XML parser, static, no symbol of it visible outside.
 #
-# Built from source, because the system's build takes and gives 8-bit text, and because a shared 16-bit build would
-# bind to an 8-bit one that the host has already loaded. No document types and no general entities; no copy of the text
-# around the parse point, so that a reply is parsed where it stands.
+# Built from source: the system's build is larger and slower, and a host may have loaded another. No document types and
+# no general entities; no copy of the text around the parse point, so that a reply is parsed where it stands.
 set(PVWAPI_EXPAT_OLDEST 2.8.3)
 set(PVWAPI_EXPAT_SOURCE ${PROJECT_SOURCE_DIR}/build/deps/expat/expat CACHE PATH "Source of expat")
 
@@ -21,12 +20,12 @@ function(pv_require_expat)
     if(version VERSION_LESS PVWAPI_EXPAT_OLDEST)
         message(FATAL_ERROR "expat ${version} is too old: ${PVWAPI_EXPAT_OLDEST} or later is needed")
     endif()
-    message(STATUS "expat ${version}, 16-bit, static")
+    message(STATUS "expat ${version}, static")
 endfunction()
 
 function(pv_add_expat)
     set(EXPAT_SHARED_LIBS OFF)
-    set(EXPAT_CHAR_TYPE ushort)
+    set(EXPAT_CHAR_TYPE char)
     set(EXPAT_CONTEXT_BYTES OFF)
     set(EXPAT_DTD OFF)
     set(EXPAT_GE OFF)
@@ -37,7 +36,9 @@ function(pv_add_expat)
     set(CMAKE_COMPILE_WARNING_AS_ERROR OFF)
     set(CMAKE_MESSAGE_LOG_LEVEL WARNING)
     add_subdirectory(${PVWAPI_EXPAT_SOURCE} ${PROJECT_BINARY_DIR}/expat EXCLUDE_FROM_ALL SYSTEM)
-    target_compile_definitions(expat INTERFACE XML_STATIC XML_UNICODE)
+    target_compile_definitions(expat INTERFACE XML_STATIC)
+    # Every byte of a reply passes here, however small the rest is made.
+    target_compile_options(expat PRIVATE $<$<NOT:$<CONFIG:Debug>>:-O2>)
 endfunction()
 
 pv_require_expat()

@@ -34,6 +34,8 @@ bool transport(HttpExchange& exchange)
     return exchange.begin(200, g_reply.size()) && exchange.receive(g_reply);
 }
 
+void shutDownTransport() noexcept {}
+
 }  // namespace kzn::pvutil
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

@@ -1,4 +1,4 @@
-// Every reply parser, with the same text whole and in pieces. The first two bytes of the input say which one and how
+// Every reply parser, with the same bytes whole and in pieces. The first two bytes of the input say which one and how
 // long the pieces are.
 #include <array>
 #include <string>
@@ -8,8 +8,6 @@
 #include "fuzz/Check.h"
 
 namespace {
-
-using kzn::pvutil::stringex::CStringView;
 
 void checkOutcome(const CXMLWapiCommonResponse& whole, const CXMLWapiCommonResponse& pieces)
 {
@@ -21,13 +19,13 @@ void checkOutcome(const CXMLWapiCommonResponse& whole, const CXMLWapiCommonRespo
 }
 
 template <typename Reply>
-void parseAs(const CStringT& text, std::size_t size)
+void parseAs(std::string_view text, std::size_t size)
 {
     Reply whole;
-    const int well = whole.ParseXML(text);
+    const int well = whole.ParseUtf8(text);
     Reply pieces;
-    for (std::size_t at = 0; at < text.size(); at += size) pieces.ParsePiece(CStringView(text).substr(at, size), false);
-    const int wellInPieces = pieces.ParsePiece(CStringView(), true);
+    for (std::size_t at = 0; at < text.size(); at += size) pieces.ParsePiece(text.substr(at, size), false);
+    const int wellInPieces = pieces.ParsePiece({}, true);
     fuzz::check(well == wellInPieces, "well-formed in pieces as well");
     checkOutcome(whole, pieces);
     for (const CStringT& each : {whole.result, whole.reason, whole.exceptionID, whole.messages}) fuzz::note(each);
@@ -48,7 +46,7 @@ try {
     std::string_view input = fuzz::bytes(data, size);
     const unsigned parser = fuzz::takeByte(input);
     const unsigned pieces = fuzz::takeByte(input);
-    kParsers[parser % kParsers.size()](kzn::pvutil::stringex::FromUtf8(input), 1 + pieces % 64);
+    kParsers[parser % kParsers.size()](input, 1 + pieces % 64);
     return 0;
 } catch (const EXPAT_EX::XmlLimitPassed&) {
     return 0;  // there is nothing to compare

@@ -1,4 +1,5 @@
-// Any text whole and in pieces. The first byte of the input says how long the pieces are and what the rest is.
+// Any text whole, and any bytes in pieces. The first byte of the input says how long the pieces are and what the rest
+// is.
 #include <algorithm>
 #include <string>
 
@@ -8,13 +9,12 @@
 namespace {
 
 using fuzz::XmlSelection;
-using kzn::pvutil::stringex::CStringView;
 
-int parseInPieces(XmlSelection& handler, CStringView rest, std::size_t size)
+int parseInPieces(XmlSelection& handler, std::string_view rest, std::size_t size)
 {
     int well = 1;
     do {
-        const CStringView piece = rest.substr(0, size);
+        const std::string_view piece = rest.substr(0, size);
         rest.remove_prefix(piece.size());
         well = handler.ParsePiece(piece, rest.empty()) != 0 ? well : 0;
     } while (!rest.empty());
@@ -29,26 +29,36 @@ void checkSame(const XmlSelection& left, const XmlSelection& right)
     fuzz::check(left.textsAtEnds == right.textsAtEnds, "the same texts at each end");
 }
 
+void checkPieces(const XmlSelection& whole, int well, std::string_view bytes, std::size_t size)
+{
+    XmlSelection pieces;
+    fuzz::check(parseInPieces(pieces, bytes, size) == well, "well-formed in pieces as well");
+    checkSame(whole, pieces);
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 try {
     std::string_view input = fuzz::bytes(data, size);
     const unsigned choice = fuzz::takeByte(input);
-    const CStringT text = choice % 2 == 0 ? kzn::pvutil::stringex::FromUtf8(input) : fuzz::unitsOf(input);
+    const bool isBytes = choice % 2 == 0;
 
     XmlSelection whole;
-    const int well = whole.ParseXML(text);
-    XmlSelection pieces;
-    fuzz::check(parseInPieces(pieces, text, 1 + choice / 2 % 16) == well, "well-formed in pieces as well");
-    checkSame(whole, pieces);
+    const int well = isBytes ? whole.ParseUtf8(input) : whole.ParseXML(fuzz::unitsOf(input));
+    if (isBytes) checkPieces(whole, well, input, 1 + choice / 2 % 16);
     fuzz::note(std::to_string(well));
     for (const CStringT& each : whole.texts) fuzz::note(each);
     for (const int event : whole.events) fuzz::note(std::to_string(event));
 
+    // Bytes that are UTF-8 and their text are the same.
+    const CStringT text = isBytes ? kzn::pvutil::stringex::FromUtf8(input) : fuzz::unitsOf(input);
+    const std::string utf8 = kzn::pvutil::stringex::ToUtf8(text);
+    if (isBytes && utf8 != input) return 0;
+
     // A handler that was left in the middle of something reads the next text as a new one does.
     XmlSelection used;
-    used.ParsePiece(CStringView(text).substr(0, text.size() / 2), false);
+    used.ParsePiece(std::string_view(utf8).substr(0, utf8.size() / 2), false);
     used.events.clear();
     used.textsAtEnds.clear();
     used.texts = used.again = {};

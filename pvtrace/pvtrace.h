@@ -25,4 +25,8 @@ PVTRACE_API void PvTraceWrite(int level, const PvTraceUnit* text);
 /// Directs lines to `sink` from now on; null restores the default, which is the debugger's output on Windows and
 /// nothing elsewhere. Ordinal 7 on Windows.
 PVTRACE_API void PvTraceSetSink(PvTraceSink sink);
+
+/// Whether a line would reach anybody, as far as can be known: 1 with a sink; without one on Windows where a debugger
+/// or another reader of its output is there, and never elsewhere. Ordinal 8 on Windows.
+PVTRACE_API int PvTraceListens(void);
 }

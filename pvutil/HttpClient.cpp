@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <memory>
+#include <utility>
 
 #include "pvutil/Charset.h"
 #include "pvutil/HttpHeaders.h"
 #include "pvutil/HttpTransport.h"
+#include "pvutil/IdlePool.h"
 #include "pvutil/Utf.h"
 
 namespace kzn::pvutil {
@@ -21,6 +24,14 @@ constinit std::atomic<std::size_t> g_replyBytes = kDefaults.replyBytes;
 constinit std::atomic<std::size_t> g_headBytes = kDefaults.headBytes;
 constinit std::atomic<int> g_redirects = kDefaults.redirects;
 
+// What forms are alike in: most go to one address, and all with the same header lines.
+struct Alike {
+    CStringT address;
+    Url url;
+    HeaderLines lines;
+};
+constinit IdlePool<Alike> g_alike;
+
 HttpLimits limitsInForce() noexcept
 {
     HttpLimits limits;
@@ -34,8 +45,10 @@ HttpLimits limitsInForce() noexcept
 
 HeaderLines headersOf(HTTP_METHOD method, const CStringT& callers, unsigned long option)
 {
+    constexpr std::size_t kOwn = 3;
     HeaderLines lines;
     if ((option & HttpOption::kCallerHeaders) != 0) lines = callerHeaders(stringex::ToUtf8(callers));
+    lines.reserve(lines.size() + kOwn);
     addHeader(lines, "Accept", "*/*");
     addHeader(lines, "User-Agent", "pvWapi/1.0");
     if (method == HTTP_METHOD::POST && (option & HttpOption::kFormBody) != 0)
@@ -59,19 +72,31 @@ std::optional<Url> redirectOf(const HttpExchange& exchange)
     return target;
 }
 
-// Ill-formed is what reads as U+FFFD and is not the three bytes of that very character.
-bool isUtf8(std::string_view bytes) noexcept
+// Where a request goes, and with which header lines. False where the address is none.
+bool aim(HttpExchange& exchange, const CStringT& url, const CStringT& headers, unsigned long option)
 {
-    auto at = reinterpret_cast<const unsigned char*>(bytes.data());
-    for (const auto end = at + bytes.size(); at != end;) {
-        if (*at < 0x80) {
-            ++at;
-            continue;
-        }
-        const auto start = at;
-        if (utf::next(at, end) == utf::kReplacement && !(at - start == 3 && *start == 0xEF)) return false;
-    }
+    auto address = parseUrl(stringex::ToUtf8(url));
+    if (!address) return false;
+    exchange.url = std::move(*address);
+    exchange.headers = headersOf(exchange.method, headers, option);
     return true;
+}
+
+void recall(Alike& alike, HttpExchange& exchange) noexcept
+{
+    exchange.url = std::move(alike.url);
+    exchange.headers = std::move(alike.lines);
+}
+
+// For the next form. `address` is a new one; null where it is the one that is known.
+void keep(std::unique_ptr<Alike> alike, const CStringT* address, HttpExchange& exchange) noexcept
+try {
+    if (!alike) alike = std::make_unique<Alike>();
+    if (address != nullptr) alike->address = *address;
+    alike->url = std::move(exchange.url);
+    alike->lines = std::move(exchange.headers);
+    g_alike.giveBack(std::move(alike));
+} catch (...) {  // no memory to keep it
 }
 
 }  // namespace
@@ -84,6 +109,7 @@ try {
     return Request(url, method, std::span(&piece, 1), headers, option);
 } catch (...) {
     reply_.clear();
+    isUtf8_ = false;
     failForWantOfMemory();
     return kNoConnection;
 }
@@ -93,6 +119,7 @@ int CZelHttpClient::Request(const CStringT& url, HTTP_METHOD method, std::span<c
 try {
     reply_.clear();
     contentType_.clear();
+    isUtf8_ = false;
     failure_ = {};
     return run(url, method, body, headers, option);
 } catch (...) {
@@ -103,20 +130,34 @@ try {
 int CZelHttpClient::run(const CStringT& url, HTTP_METHOD method, std::span<const std::string_view> body,
                         const CStringT& headers, unsigned long option)
 {
+    const bool isForm = method == HTTP_METHOD::POST && option == HttpOption::kForm;
+    auto alike = isForm ? g_alike.take() : nullptr;
+    const bool isKnown = alike && alike->address == url;
     HttpExchange exchange;
-    auto address = parseUrl(stringex::ToUtf8(url));
-    if (!address) {
+    exchange.method = method;
+    if (isKnown) recall(*alike, exchange);
+    else if (!aim(exchange, url, headers, option)) {
         failure_.fault = HttpFault::badAddress;
         return kNoConnection;
     }
-    exchange.url = std::move(*address);
-    exchange.method = method;
-    if (method == HTTP_METHOD::POST) exchange.body = body;
-    exchange.headers = headersOf(method, headers, option);
+    equip(exchange, body, option);
+    const int status = outcomeOf(exchange, option);
+    if (isForm) keep(std::move(alike), isKnown ? nullptr : &url, exchange);
+    return status;
+}
+
+void CZelHttpClient::equip(HttpExchange& exchange, std::span<const std::string_view> body, unsigned long option)
+{
     exchange.limits = limitsInForce();
     exchange.control = control_;
-    if (method == HTTP_METHOD::POST) exchange.onSent = &progress_;
     if ((option & HttpOption::kBytesReply) != 0) exchange.onReceived = &progress_;
+    if (exchange.method != HTTP_METHOD::POST) return;
+    exchange.body = body;
+    exchange.onSent = &progress_;
+}
+
+int CZelHttpClient::outcomeOf(HttpExchange& exchange, unsigned long option)
+{
     if (!exchangeAll(exchange)) {
         exchange.fail(HttpFault::local, HttpPhase::connect);
         failure_ = std::move(exchange.failure);
@@ -124,6 +165,8 @@ int CZelHttpClient::run(const CStringT& url, HTTP_METHOD method, std::span<const
     }
     reply_ = std::move(exchange.reply);
     contentType_ = std::move(exchange.contentType);
+    const bool isText = (option & HttpOption::kTextReply) != 0;
+    isUtf8_ = isText && charsetOf(contentType_) == Charset::utf8 && utf::isWellFormed(reply_);
     return exchange.status;
 }
 
@@ -165,9 +208,14 @@ CStringT CZelHttpClient::ResponseContent() const
 
 bool CZelHttpClient::ResponseUtf8(std::string_view& utf8) const noexcept
 {
-    const bool declared = charsetOf(contentType_) == Charset::utf8 && isUtf8(reply_);
-    utf8 = declared ? withoutUtf8Mark(reply_) : std::string_view();
-    return declared;
+    utf8 = isUtf8_ ? withoutUtf8Mark(reply_) : std::string_view();
+    return isUtf8_;
+}
+
+void CZelHttpClient::DropKept() noexcept
+{
+    g_alike.drop();
+    shutDownTransport();
 }
 
 void CZelHttpClient::SetLimits(const HttpLimits& limits) noexcept

@@ -84,22 +84,28 @@ public:
     /// The reply's body as it came.
     const std::string& GetResponse() const noexcept { return reply_; }
 
-    /// The reply's bytes without a byte order mark where they are well-formed UTF-8 and declared (or taken) to be that;
-    /// empty and false otherwise.
+    /// The bytes of a reply that is text, without a byte order mark, where they are well-formed UTF-8 and declared (or
+    /// taken) to be that; empty and false otherwise.
     bool ResponseUtf8(std::string_view& utf8) const noexcept;
 
     /// Stands for every exchange of the process that begins afterwards; for tests and hosts with needs of their own.
     static void SetLimits(const HttpLimits& limits) noexcept;
 
+    /// Gives back what is kept for further requests: connections above all.
+    static void DropKept() noexcept;
+
 private:
     int run(const CStringT& url, HTTP_METHOD method, std::span<const std::string_view> body, const CStringT& headers,
             unsigned long option);
+    void equip(HttpExchange& exchange, std::span<const std::string_view> body, unsigned long option);
+    int outcomeOf(HttpExchange& exchange, unsigned long option);
     bool exchangeAll(HttpExchange& exchange);
     bool exchangeOne(HttpExchange& exchange);
     void failForWantOfMemory() noexcept;
 
     std::string reply_;
     std::string contentType_;
+    bool isUtf8_ = false;
     HttpFailure failure_;
     Progress progress_;
     Watch watch_;

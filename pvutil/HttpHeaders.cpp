@@ -40,7 +40,11 @@ bool isOneOf(std::string_view name, std::span<const std::string_view> names) noe
 
 std::string headerLine(std::string_view name, std::string_view value)
 {
-    return std::string(name).append(": ").append(value);
+    constexpr std::string_view kParting = ": ";
+    std::string line;
+    line.reserve(name.size() + kParting.size() + value.size());
+    line.append(name).append(kParting).append(value);
+    return line;
 }
 
 }  // namespace

@@ -61,9 +61,9 @@ bool LogFile::open(const stringex::CStringT& path, const stringex::CStringT& ear
     return isOpen();
 }
 
-void LogFile::write(std::string_view bytes) noexcept
+void LogFile::write(LogPieces pieces) noexcept
 {
-    if (isOpen()) appendToLog(log_, bytes);
+    if (isOpen()) appendToLog(log_, pieces);
 }
 
 void LogFile::close() noexcept

@@ -17,8 +17,9 @@ public:
     /// nothing open, where there can be no file.
     bool open(const stringex::CStringT& path, const stringex::CStringT& earlier) noexcept;
 
-    /// Hands `bytes` to the system whole; an error of the disk is nobody's to mend here and is ignored.
-    void write(std::string_view bytes) noexcept;
+    /// Hands a line in pieces to the system; an error of the disk is nobody's to mend here and is ignored.
+    void write(LogPieces pieces) noexcept;
+    void write(std::string_view line) noexcept { write(LogPieces(&line, 1)); }
 
     void close() noexcept;
 

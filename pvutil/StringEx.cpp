@@ -4,78 +4,9 @@
 
 #include "pvutil/Utf.h"
 
-namespace kzn::pvutil::utf {
-
-namespace {
-
-bool isContinuation(unsigned char byte) noexcept
-{
-    return (byte & 0xC0) == 0x80;
-}
-
-// What a lead byte promises: how many bytes follow, and the range of the first of them, which is where over-long forms,
-// surrogates and numbers beyond Unicode are told from the rest.
-struct Lead {
-    std::size_t tail = 0;  // 0: no lead byte at all
-    unsigned char low = 0x80;
-    unsigned char high = 0xBF;
-};
-
-Lead leadOf(unsigned char byte) noexcept
-{
-    if (byte >= 0xC2 && byte <= 0xDF) return {1};
-    if (byte == 0xE0) return {2, 0xA0};
-    if (byte == 0xED) return {2, 0x80, 0x9F};
-    if (byte >= 0xE1 && byte <= 0xEF) return {2};
-    if (byte == 0xF0) return {3, 0x90};
-    if (byte >= 0xF1 && byte <= 0xF3) return {3};
-    if (byte == 0xF4) return {3, 0x80, 0x8F};
-    return {};
-}
-
-}  // namespace
-
-char32_t next(const unsigned char*& at, const unsigned char* end) noexcept
-{
-    const unsigned char first = *at++;
-    const Lead lead = leadOf(first);
-    if (lead.tail == 0 || at == end || *at < lead.low || *at > lead.high) return kReplacement;
-
-    char32_t point = first & (0x3F >> lead.tail);
-    for (std::size_t read = 0; read < lead.tail; ++read) {
-        if (at == end || !isContinuation(*at)) return kReplacement;
-        point = (point << 6) | (*at++ & 0x3F);
-    }
-    return point;
-}
-
-}  // namespace kzn::pvutil::utf
-
 namespace kzn::pvutil::stringex {
 
 namespace {
-
-// A sequence of four bytes becomes a pair.
-unsigned char unitsOf(char byte) noexcept
-{
-    const auto value = static_cast<unsigned char>(byte);
-    return static_cast<unsigned char>((utf::isContinuation(value) ? 0 : 1) + (value >= 0xF0 ? 1 : 0));
-}
-
-// Exact where the text is well-formed, and never far off. Counted by blocks whose sum fits a byte, so that the compiler
-// can count many bytes at once.
-std::size_t unitsOf(std::string_view utf8) noexcept
-{
-    constexpr std::size_t kBlock = 64;
-    std::size_t units = 0;
-    for (; utf8.size() >= kBlock; utf8.remove_prefix(kBlock)) {
-        unsigned char sum = 0;
-        for (std::size_t i = 0; i < kBlock; ++i) sum = static_cast<unsigned char>(sum + unitsOf(utf8[i]));
-        units += sum;
-    }
-    for (const char byte : utf8) units += unitsOf(byte);
-    return units;
-}
 
 std::string_view referenceOf(char32_t point) noexcept
 {
@@ -116,7 +47,7 @@ std::string ToUtf8(const CStringT& text)
 CStringT FromUtf8(std::string_view utf8)
 {
     CStringT text;
-    text.reserve(unitsOf(utf8));
+    text.reserve(utf::unitsOf(utf8));
     utf::BlockWriter writer(text);
     auto at = reinterpret_cast<const unsigned char*>(utf8.data());
     for (const auto end = at + utf8.size(); at != end;) {

@@ -2,7 +2,9 @@
 // of each other. Who begins it anew, and when, is decided above it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "pvutil/StringEx.h"
@@ -38,7 +40,11 @@ bool isLogAt(SystemLog log, const stringex::CStringT& path) noexcept;
 /// something else than a file of the user's own stands in the way.
 bool renameLog(const stringex::CStringT& path, const stringex::CStringT& earlier) noexcept;
 
-/// Hands `bytes` to the system whole, behind what every process has written so far.
-void appendToLog(SystemLog log, std::string_view bytes) noexcept;
+/// One behind the other, up to kLogPieces of them.
+using LogPieces = std::span<const std::string_view>;
+inline constexpr std::size_t kLogPieces = 8;
+
+/// Hands the pieces to the system as one, behind what every process has written so far.
+void appendToLog(SystemLog log, LogPieces pieces) noexcept;
 
 }  // namespace kzn::pvutil

@@ -12,16 +12,21 @@ namespace {
 constexpr std::uint16_t kHttpPort = 80;
 constexpr std::uint16_t kHttpsPort = 443;
 
+bool isPlain(char c) noexcept
+{
+    return c > 0x20 && c < 0x7F;
+}
+
 std::string escaped(std::string_view utf8)
 {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string text;
     text.reserve(utf8.size());
     for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte > 0x20 && byte < 0x7F) {
+        if (isPlain(c)) {
             text += c;
         } else {
+            const auto byte = static_cast<unsigned char>(c);
             text += '%';
             text += kDigits[byte >> 4];
             text += kDigits[byte & 0xF];
@@ -144,7 +149,7 @@ bool Url::sameOrigin(const Url& other) const noexcept
 
 std::optional<Url> parseUrl(std::string_view utf8)
 {
-    return parseEscaped(escaped(utf8));
+    return std::ranges::all_of(utf8, isPlain) ? parseEscaped(utf8) : parseEscaped(escaped(utf8));
 }
 
 std::optional<Url> resolveUrl(const Url& base, std::string_view reference)

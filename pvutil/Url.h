@@ -19,6 +19,7 @@ struct Url {
     std::string text() const;
     std::string hostAndPort() const;  // the port also where it is the scheme's own
     bool sameOrigin(const Url& other) const noexcept;
+    bool operator==(const Url& other) const = default;
 };
 
 /// Blanks, control characters and what is not ASCII are percent-encoded first, byte by byte of UTF-8. Nothing where the

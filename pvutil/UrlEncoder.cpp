@@ -1,6 +1,8 @@
 #include "pvutil/UrlEncoder.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 #include "pvutil/Utf.h"
 
@@ -8,9 +10,12 @@ namespace kzn::pvutil {
 
 namespace {
 
+// The units of a byte, and behind them how many they are: one store writes all of it, and what is too much of that is
+// written over.
+template <typename Unit>
 struct Code {
-    std::array<char, 3> units;
-    unsigned char length;
+    std::array<Unit, 3> units;
+    Unit length;
 };
 
 constexpr bool isUnreserved(unsigned byte) noexcept
@@ -19,30 +24,36 @@ constexpr bool isUnreserved(unsigned byte) noexcept
            byte == '-' || byte == '_' || byte == '.' || byte == '~';
 }
 
-constexpr std::array<Code, 256> makeCodes() noexcept
+template <typename Unit>
+constexpr std::array<Code<Unit>, 256> makeCodes() noexcept
 {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::array<Code, 256> codes{};
+    const auto unit = [](auto value) { return static_cast<Unit>(value); };
+    std::array<Code<Unit>, 256> codes{};
     for (unsigned byte = 0; byte < codes.size(); ++byte)
-        codes[byte] = isUnreserved(byte) ? Code{{static_cast<char>(byte)}, 1}
-                                         : Code{{'%', kDigits[byte >> 4], kDigits[byte & 0xF]}, 3};
+        codes[byte] = isUnreserved(byte)
+                          ? Code<Unit>{{unit(byte)}, 1}
+                          : Code<Unit>{{unit('%'), unit(kDigits[byte >> 4]), unit(kDigits[byte & 0xF])}, 3};
     return codes;
 }
 
-constexpr std::array<Code, 256> kCodes = makeCodes();
+template <typename Unit>
+constexpr std::array<Code<Unit>, 256> kCodes = makeCodes<Unit>();
+
 constexpr unsigned kNoAscii = 0x80;
 constexpr unsigned kEveryByte = 0x100;
 
-// Encodes the bytes that `at` begins with, until a unit is none or the block is full. The writer's room always holds
-// three units, so all three are written and only the used ones counted.
+// Encodes the bytes that `at` begins with, until a unit is none or the block is full.
 template <typename Text, typename Unit>
 void putBytes(utf::BlockWriter<Text>& writer, const Unit*& at, const Unit* end, unsigned firstNoByte)
 {
-    auto* room = writer.room();
-    for (const auto* const full = writer.full(); at != end && *at < firstNoByte && room < full; ++at) {
-        const Code& code = kCodes[*at];
-        for (std::size_t i = 0; i < code.units.size(); ++i)
-            room[i] = static_cast<typename Text::value_type>(code.units[i]);
+    using Out = typename Text::value_type;
+    Out* room = writer.room();
+    const auto* const until = at + std::min(end - at, (writer.full() - room + 2) / 3);
+    for (; at != until && *at < firstNoByte; ++at) {
+        const Code<Out>& code = kCodes<Out>[*at];
+        static_assert(sizeof code == utf::BlockWriter<Text>::kReserve * sizeof(Out));
+        std::memcpy(room, &code, sizeof code);
         room += code.length;
     }
     writer.usedTo(room);

@@ -1,10 +1,12 @@
-// One code point at a time between UTF-16 and UTF-8, and the writer that both directions and the form body share.
+// Between UTF-16 and UTF-8, one code point at a time or many; and the writer that both directions and the form body
+// share.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "pvutil/StringEx.h"
 
@@ -34,6 +36,14 @@ inline bool isLoneSurrogate(const stringex::CharT* at, const stringex::CharT* en
 /// The same of UTF-8, for a byte that is not ASCII; the longest beginning of a sequence that breaks off is one U+FFFD.
 char32_t next(const unsigned char*& at, const unsigned char* end) noexcept;
 
+bool isWellFormed(std::string_view utf8) noexcept;
+
+/// How many units of UTF-16 a text has. Exact where it is well-formed, and never far off.
+std::size_t unitsOf(std::string_view utf8) noexcept;
+
+/// Puts the UTF-16 of a text in place of another; most are short, and ASCII.
+void assign(stringex::CStringT& text, std::string_view utf8);
+
 /// The UTF-8 bytes of a code point; returns how many of the four are used.
 inline std::size_t toUtf8(char32_t point, std::array<unsigned char, 4>& bytes) noexcept
 {
@@ -54,11 +64,25 @@ inline std::size_t toUtf8(char32_t point, std::array<unsigned char, 4>& bytes) n
     return 4;
 }
 
+/// How many units are looked at together: a number of turns that the compiler knows, which it makes a few of the
+/// processor's wide ones.
+constexpr std::ptrdiff_t kAtOnce = 16;
+
+/// Whether all of the kAtOnce units from `at` on are ASCII.
+template <typename Unit>
+bool isAscii(const Unit* at) noexcept
+{
+    Unit any = 0;
+    for (std::ptrdiff_t i = 0; i < kAtOnce; ++i) any = static_cast<Unit>(any | at[i]);
+    return any < 0x80;
+}
+
 /// Gathers units in a block on the stack and appends them to a text block by block, so that nothing grows but the text.
 template <typename Text>
 class BlockWriter {
 public:
     using Unit = typename Text::value_type;
+    static constexpr std::size_t kReserve = 4;
 
     explicit BlockWriter(Text& text) : text_(text) {}
     BlockWriter(const BlockWriter&) = delete;
@@ -104,19 +128,7 @@ public:
     }
 
 private:
-    // A number of turns that the compiler knows, which it makes a few of the processor's wide ones.
-    static constexpr std::ptrdiff_t kAtOnce = 16;
-
-    template <typename From>
-    static bool isAscii(const From* at) noexcept
-    {
-        From any = 0;
-        for (std::ptrdiff_t i = 0; i < kAtOnce; ++i) any = static_cast<From>(any | at[i]);
-        return any < 0x80;
-    }
-
     static constexpr std::size_t kBlock = 1024;
-    static constexpr std::size_t kReserve = 4;
 
     Text& text_;
     std::size_t used_ = 0;

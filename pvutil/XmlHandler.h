@@ -2,7 +2,9 @@
 #pragma once
 
 #include <exception>
+#include <initializer_list>
 #include <memory>
+#include <string_view>
 
 #include "pvutil/StringEx.h"
 
@@ -16,6 +18,16 @@ public:
 
 private:
     const char* what_;  // a literal
+};
+
+/// Names of a path, as a literal: whoever keeps it copies nothing.
+class PathPiece {
+public:
+    consteval PathPiece(const char* names) noexcept : names_(names) {}
+    constexpr operator std::string_view() const noexcept { return names_; }
+
+private:
+    std::string_view names_;
 };
 
 /// A path runs from the root element down and ends in "/", such as "/kznapi/response/result/". Several selectors and
@@ -48,13 +60,21 @@ public:
     /// Raises the node-list events with `id` for each element on `path`.
     void AddNodeListEventListener(unsigned id, const CStringT& path);
 
+    /// The same with a path in pieces of whole names.
+    using Path = std::initializer_list<PathPiece>;
+    void AddTextSelecter(Path path, CStringT* target);
+    void AddNodeListEventListener(unsigned id, Path path);
+
     /// Reads the whole text and raises the events in document order. 1 where it is well-formed, else 0, with everything
     /// that stood before the fault delivered. An exception of an event ends the parse and comes out here, and so does
     /// XmlLimitPassed.
     int ParseXML(const CStringT& text);
 
-    /// The same with a text that comes in pieces, `last` with the last of them. 1 where all is well so far.
-    int ParsePiece(kzn::pvutil::stringex::CStringView piece, bool last);
+    /// The same of UTF-8, which is read where it stands. What is no UTF-8 is a fault of the text.
+    int ParseUtf8(std::string_view text);
+
+    /// The same with UTF-8 that comes in pieces, `last` with the last of them. 1 where all is well so far.
+    int ParsePiece(std::string_view piece, bool last);
 
 private:
     class Reader;

@@ -1,62 +1,93 @@
 #include "pvutil/XmlPathTree.h"
 
-namespace EXPAT_EX {
+#include "pvutil/Utf.h"
 
-using kzn::pvutil::stringex::CharT;
-using kzn::pvutil::stringex::CStringView;
+namespace EXPAT_EX {
 
 namespace {
 
-bool isSame(const CStringT& name, const CharT* other) noexcept
-{
-    const CharT* mine = name.c_str();
-    while (*mine == *other && *mine != 0) ++mine, ++other;
-    return *mine == *other;
-}
+// Of most replies that the library reads.
+constexpr std::size_t kPlaces = 32;
 
 }  // namespace
 
-XmlPathNode& XmlPathNode::at(CStringView path)
+XmlPathTree::XmlPathTree()
 {
-    XmlPathNode* node = this;
+    nodes_.reserve(kPlaces);
+    nodes_.emplace_back();
+    links_.reserve(kPlaces);
+}
+
+XmlPathTree::Place XmlPathTree::at(Place from, std::string_view path)
+{
+    Place place = from;
     while (!path.empty()) {
-        const std::size_t end = path.find(CharT{'/'});
-        const CStringView name = path.substr(0, end);
-        if (!name.empty()) node = &node->child(name);
-        if (end == CStringView::npos) break;
+        const std::size_t end = path.find('/');
+        const std::string_view name = path.substr(0, end);
+        if (!name.empty()) place = child(place, name);
+        if (end == std::string_view::npos) break;
         path.remove_prefix(end + 1);
     }
-    return *node;
+    return place;
 }
 
-XmlPathNode& XmlPathNode::child(CStringView name)
+XmlPathTree::Place XmlPathTree::child(Place parent, std::string_view name)
 {
-    for (const auto& child : children_)
-        if (child->name_ == name) return *child;
-    return *children_.emplace_back(std::make_unique<XmlPathNode>(CStringT(name), this));
+    for (Place at = nodes_[parent].children.first; at != kNowhere; at = nodes_[at].sibling)
+        if (nodes_[at].name == name) return at;
+    const auto made = static_cast<Place>(nodes_.size());
+    Node& node = nodes_.emplace_back();
+    node.name = name;
+    node.parent = parent;
+    Chain& children = nodes_[parent].children;
+    (children.first == kNowhere ? children.first : nodes_[children.last].sibling) = made;
+    children.last = made;
+    return made;
 }
 
-XmlPathNode* XmlPathNode::find(const CharT* name) noexcept
+void XmlPathTree::append(Chain Node::*which, Place place, Link link)
 {
-    for (std::size_t tried = 0; tried < children_.size(); ++tried) {
-        if (next_ == children_.size()) next_ = 0;
-        XmlPathNode& child = *children_[next_++];
-        if (isSame(child.name_, name)) return &child;
-    }
-    return nullptr;
+    const auto made = static_cast<Place>(links_.size());
+    links_.push_back(link);
+    Chain& chain = nodes_[place].*which;
+    (chain.first == kNowhere ? chain.first : links_[chain.last].next) = made;
+    chain.last = made;
 }
 
-void XmlPathNode::restart() noexcept
+void XmlPathTree::addTarget(Place place, CStringT* target)
 {
-    items = 0;
-    for (const auto& child : children_) child->restart();
+    append(&Node::targets, place, {target});
 }
 
-void XmlPathNode::deliver()
+void XmlPathTree::addListener(Place place, unsigned id)
 {
-    if (targets.empty()) return;
-    for (std::size_t i = 1; i < targets.size(); ++i) *targets[i] = text;
-    targets.front()->swap(text);
+    append(&Node::listeners, place, {nullptr, id});
+}
+
+XmlPathTree::Place XmlPathTree::find(Place parent, std::string_view name) noexcept
+{
+    Node& node = nodes_[parent];
+    const Place begin = node.next;
+    const auto search = [&](Place from, Place end) {
+        Place at = from;
+        while (at != end && at != kNowhere && nodes_[at].name != name) at = nodes_[at].sibling;
+        return at == end ? kNowhere : at;
+    };
+    Place found = begin == kNowhere ? kNowhere : search(begin, kNowhere);
+    if (found == kNowhere) found = search(node.children.first, begin);
+    if (found != kNowhere) node.next = nodes_[found].sibling;
+    return found;
+}
+
+void XmlPathTree::restart() noexcept
+{
+    for (Node& node : nodes_) node.element = {};
+}
+
+void XmlPathTree::deliver(Place place, std::string_view utf8) const
+{
+    for (Place at = nodes_[place].targets.first; at != kNowhere; at = links_[at].next)
+        kzn::pvutil::utf::assign(*links_[at].target, utf8);
 }
 
 }  // namespace EXPAT_EX

@@ -92,7 +92,7 @@ int CWapiClient::SetSpaceIcon(const CStringT& cred, const CStringT& workspaceID,
         networkError = static_cast<int>(status == CZelHttpClient::kNoConnection);
         if (networkError != 0) return refuse(kNoConnection, uploadURL);
         UploadResponse reply;
-        if (!judge(http.ResponseContent(), reply)) return 0;
+        if (!judge(http, reply)) return 0;
         url = std::move(reply.url);  // the reply's credential is read and the client's own stays
         return 1;
     });

@@ -36,5 +36,6 @@ CStringT CWapiClient::buildObjectRequest(const CStringT& cred, OBJ_TYPE type, CS
         .encoded("&cred=", cred)
         .encoded("&type=", word)
         .encoded("&id=", id)
-        .encoded("&select=", select);
+        .encoded("&select=", select)
+        .taken();
 }

@@ -8,7 +8,7 @@ namespace {
 // A reply whose payload is one text.
 class return_str_resp : public CXMLWapiCommonResponse {
 public:
-    explicit return_str_resp(std::string_view path) { select("", {{path, &text}}); }
+    explicit return_str_resp(PathPiece path) { select("", {{path, &text}}); }
 
     CStringT text;
 };

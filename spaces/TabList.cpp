@@ -12,7 +12,7 @@ constexpr unsigned kTab = 5;
 
 }  // namespace
 
-TabListPart::TabListPart(CXMLWapiCommonResponse& reply, std::string_view at)
+TabListPart::TabListPart(CXMLWapiCommonResponse& reply, PathPiece at)
 {
     reply.add(*this);
     reply.listen(kTab, at, "workspace/tabs/tab/",

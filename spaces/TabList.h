@@ -11,7 +11,7 @@ namespace wapi {
 /// The tabs in the order of the reply, of a direct reply and of a script's step.
 class TabListPart final : public CWapiReplyPart {
 public:
-    TabListPart(CXMLWapiCommonResponse& reply, std::string_view at);
+    TabListPart(CXMLWapiCommonResponse& reply, PathPiece at);
     void onEnd(unsigned id) override;
 
     std::vector<CZelTab> tabs;

@@ -87,14 +87,14 @@ int systemErrorOf(CURL* easy, const CurlRun& run) noexcept
 {
     if (run.socketError() != 0) return run.socketError();
     long number = 0;
-    curl_easy_getinfo(easy, CURLINFO_OS_ERRNO, &number);
+    curl.easyGetinfo(easy, CURLINFO_OS_ERRNO, &number);
     return static_cast<int>(number);
 }
 
 HttpFault certificateFault(CURL* easy) noexcept
 {
     long result = 0;
-    curl_easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &result);
+    curl.easyGetinfo(easy, CURLINFO_SSL_VERIFYRESULT, &result);
     return found(kByCertificate, result, HttpFault::tlsUntrusted);
 }
 
@@ -143,7 +143,7 @@ bool namesAnother(std::string_view words, const Url& server)
 bool isProxys(CURL* easy, HttpFault fault, std::string_view words, const CurlRun& run, const HttpExchange& exchange)
 {
     long answer = 0;
-    curl_easy_getinfo(easy, CURLINFO_HTTP_CONNECTCODE, &answer);
+    curl.easyGetinfo(easy, CURLINFO_HTTP_CONNECTCODE, &answer);
     if ((answer != 0 && answer / 100 != 2) || words.starts_with("Proxy CONNECT")) return true;
     const bool onTheWay = fault == HttpFault::refused || fault == HttpFault::unreachable ||
                           fault == HttpFault::connectTimeout || (fault == HttpFault::tlsFailed && answer == 0);
@@ -158,7 +158,7 @@ std::string wordsFor(CURL* easy, CURLcode code, std::string_view words, const Cu
     if (code == CURLE_COULDNT_CONNECT && number != 0) return std::system_category().message(number);
     const bool isOurs = code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_OUT_OF_MEMORY;
     if (isOurs || (code == CURLE_PARTIAL_FILE && words.empty())) return {};
-    return words.empty() ? std::string(curl_easy_strerror(code)) : std::string(trimmed(words));
+    return words.empty() ? std::string(curl.easyStrerror(code)) : std::string(trimmed(words));
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
 // What libcurl's findings mean.
 #pragma once
 
-#include <curl/curl.h>
-
 #include <string_view>
 
+#include "pvutil/posix/CurlApi.h"
 #include "pvutil/posix/CurlRun.h"
 
 namespace kzn::pvutil {

@@ -8,14 +8,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <functional>
-#include <mutex>
+#include <cstdio>
 #include <numeric>
-#include <thread>
 
+#include "pvutil/IdlePool.h"
 #include "pvutil/posix/CurlRun.h"
 #include "pvutil/posix/Descriptor.h"
 
@@ -23,15 +20,7 @@ namespace kzn::pvutil {
 
 namespace {
 
-// Idle lines. A thread begins its search at a slot of its own, so that one that works alone finds the line again that
-// it gave back.
-constinit std::array<std::atomic<CurlLine*>, 16> g_idle{};
-constinit std::once_flag g_initialised;
-
-std::size_t firstSlot() noexcept
-{
-    return std::hash<std::thread::id>{}(std::this_thread::get_id()) % g_idle.size();
-}
+constinit IdlePool<CurlLine> g_idle;
 
 // The states of a connection, as the system numbers them.
 constexpr int kReset = 7;
@@ -68,6 +57,45 @@ std::uint64_t unreadOn(curl_socket_t socket) noexcept
 // More connections than one line ever keeps open at once.
 constexpr std::size_t kMostOpen = 64;
 
+// libcurl's callbacks; C on both sides, so nothing may be thrown through them. They come during an exchange only.
+
+CurlRun& runOf(void* line) noexcept
+{
+    return *static_cast<CurlLine*>(line)->run();
+}
+
+int onConnected(void* line, char*, char*, int, int) noexcept
+{
+    return runOf(line).connected() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+}
+
+std::size_t onRead(char* buffer, std::size_t size, std::size_t count, void* line) noexcept
+{
+    return runOf(line).read(buffer, size * count);
+}
+
+int onSeek(void* line, curl_off_t offset, int origin) noexcept
+{
+    if (offset != 0 || origin != SEEK_SET) return CURL_SEEKFUNC_CANTSEEK;
+    runOf(line).rewind();
+    return CURL_SEEKFUNC_OK;
+}
+
+std::size_t onHeader(char* text, std::size_t size, std::size_t count, void* line) noexcept
+{
+    return runOf(line).header({text, size * count}) ? size * count : 0;
+}
+
+std::size_t onReceived(char* bytes, std::size_t size, std::size_t count, void* line) noexcept
+{
+    return runOf(line).receive({bytes, size * count}) ? size * count : 0;
+}
+
+int onProgress(void* line, curl_off_t, curl_off_t down, curl_off_t, curl_off_t up) noexcept
+{
+    return runOf(line).progress(down, up) ? 0 : 1;
+}
+
 }  // namespace
 
 CurlLine::CurlLine() noexcept
@@ -77,35 +105,53 @@ CurlLine::CurlLine() noexcept
     } catch (...) {
         return;
     }
-    multi_ = curl_multi_init();
-    easy_ = multi_ == nullptr ? nullptr : curl_easy_init();
+    multi_ = curl.multiInit();
+    easy_ = multi_ == nullptr ? nullptr : curl.easyInit();
     if (easy_ != nullptr) configure();
 }
 
 CurlLine::~CurlLine()
 {
-    curl_easy_cleanup(easy_);
-    curl_multi_cleanup(multi_);
+    curl.easyCleanup(easy_);
+    curl.multiCleanup(multi_);
 }
 
-// What is the same for every exchange.
+// What is the same for every exchange: whom libcurl calls, and how it goes about its work.
 void CurlLine::configure() noexcept
 {
-    curl_easy_setopt(easy_, CURLOPT_OPENSOCKETFUNCTION, onOpen);
-    curl_easy_setopt(easy_, CURLOPT_OPENSOCKETDATA, this);
-    curl_easy_setopt(easy_, CURLOPT_CLOSESOCKETFUNCTION, onClose);
-    curl_easy_setopt(easy_, CURLOPT_CLOSESOCKETDATA, this);
-    curl_easy_setopt(easy_, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy_, CURLOPT_NOPROGRESS, 0L);
-    curl_easy_setopt(easy_, CURLOPT_TCP_NODELAY, 1L);
-    curl_easy_setopt(easy_, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy_, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    curl_easy_setopt(easy_, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-    curl_easy_setopt(easy_, CURLOPT_PATH_AS_IS, 1L);
-    curl_easy_setopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(easy_, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
+    curl.easySetopt(easy_, CURLOPT_OPENSOCKETFUNCTION, onOpen);
+    curl.easySetopt(easy_, CURLOPT_OPENSOCKETDATA, this);
+    curl.easySetopt(easy_, CURLOPT_CLOSESOCKETFUNCTION, onClose);
+    curl.easySetopt(easy_, CURLOPT_CLOSESOCKETDATA, this);
+    curl.easySetopt(easy_, CURLOPT_PREREQFUNCTION, onConnected);
+    curl.easySetopt(easy_, CURLOPT_PREREQDATA, this);
+    curl.easySetopt(easy_, CURLOPT_READFUNCTION, onRead);
+    curl.easySetopt(easy_, CURLOPT_READDATA, this);
+    curl.easySetopt(easy_, CURLOPT_SEEKFUNCTION, onSeek);
+    curl.easySetopt(easy_, CURLOPT_SEEKDATA, this);
+    curl.easySetopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
+    curl.easySetopt(easy_, CURLOPT_HEADERDATA, this);
+    curl.easySetopt(easy_, CURLOPT_WRITEFUNCTION, onReceived);
+    curl.easySetopt(easy_, CURLOPT_WRITEDATA, this);
+    curl.easySetopt(easy_, CURLOPT_XFERINFOFUNCTION, onProgress);
+    curl.easySetopt(easy_, CURLOPT_XFERINFODATA, this);
+    setOptions();
+}
+
+void CurlLine::setOptions() noexcept
+{
+    curl.easySetopt(easy_, CURLOPT_NOSIGNAL, 1L);
+    curl.easySetopt(easy_, CURLOPT_BUFFERSIZE, 64L << 10);
+    curl.easySetopt(easy_, CURLOPT_NOPROGRESS, 0L);
+    curl.easySetopt(easy_, CURLOPT_TCP_NODELAY, 1L);
+    curl.easySetopt(easy_, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl.easySetopt(easy_, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    curl.easySetopt(easy_, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    curl.easySetopt(easy_, CURLOPT_PATH_AS_IS, 1L);
+    curl.easySetopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
+    curl.easySetopt(easy_, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
     // A look-up that nobody waits for any more is left to its thread; libcurl would wait for its end.
-    curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
+    curl.easySetopt(easy_, CURLOPT_QUICK_EXIT, 1L);
 }
 
 curl_socket_t CurlLine::onOpen(void* line, curlsocktype, curl_sockaddr* address) noexcept
@@ -117,7 +163,7 @@ curl_socket_t CurlLine::onOpen(void* line, curlsocktype, curl_sockaddr* address)
     const int socket = aboveStandard(Descriptor(::socket(address->family, type, address->protocol))).release();
     if (self.run_ != nullptr) self.run_->connecting(socket, address->addr, address->addrlen, socket < 0 ? errno : 0);
     if (socket < 0) return CURL_SOCKET_BAD;
-    self.open_.push_back({socket, 0});
+    self.open_.push_back({socket, 0, std::nullopt});
     return socket;
 }
 
@@ -135,19 +181,31 @@ int CurlLine::onClose(void* line, curl_socket_t socket) noexcept
     return ::close(socket);
 }
 
+// A clean line has had nothing since it was looked at behind its last exchange.
 void CurlLine::serve(CurlRun* run) noexcept
 {
     run_ = run;
     if (run_ == nullptr) return;
-    for (Open& each : open_) each.receivedBefore = receivedBy(infoOf(each.socket));
+    for (Open& each : open_) {
+        each.receivedBefore = each.receivedLast ? *each.receivedLast : receivedBy(infoOf(each.socket));
+        each.receivedLast.reset();
+    }
 }
 
-std::uint64_t CurlLine::taken() const noexcept
+std::uint64_t CurlLine::received() noexcept
 {
-    return std::accumulate(open_.begin(), open_.end(), std::uint64_t{0}, [](std::uint64_t sum, const Open& each) {
-        const std::uint64_t received = receivedSince(each.receivedBefore, infoOf(each.socket));
-        return sum + received - std::min(received, unreadOn(each.socket));
-    });
+    std::uint64_t sum = 0;
+    for (Open& each : open_) {
+        each.receivedLast = std::max(receivedBy(infoOf(each.socket)), each.receivedBefore);
+        sum += *each.receivedLast - each.receivedBefore;
+    }
+    return sum;
+}
+
+std::uint64_t CurlLine::unread() const noexcept
+{
+    return std::accumulate(open_.begin(), open_.end(), std::uint64_t{0},
+                           [](std::uint64_t sum, const Open& each) { return sum + unreadOn(each.socket); });
 }
 
 bool CurlLine::isClean() const noexcept
@@ -160,26 +218,20 @@ bool CurlLine::isClean() const noexcept
 
 std::unique_ptr<CurlLine> takeLine()
 {
-    const std::size_t first = firstSlot();
-    for (std::size_t step = 0; step < g_idle.size(); ++step) {
-        std::unique_ptr<CurlLine> idle{g_idle[(first + step) % g_idle.size()].exchange(nullptr)};
-        if (idle && idle->isClean()) return idle;
-    }
-    std::call_once(g_initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+    while (auto idle = g_idle.take())
+        if (idle->isClean()) return idle;
     auto line = std::make_unique<CurlLine>();
     return *line ? std::move(line) : nullptr;
 }
 
 void giveBack(std::unique_ptr<CurlLine> line) noexcept
 {
-    const std::size_t first = firstSlot();
-    for (std::size_t step = 0; step < g_idle.size() && line; ++step)
-        line.reset(g_idle[(first + step) % g_idle.size()].exchange(line.release()));
+    g_idle.giveBack(std::move(line));
 }
 
 void dropLines() noexcept
 {
-    for (auto& slot : g_idle) std::unique_ptr<CurlLine>(slot.exchange(nullptr)).reset();
+    g_idle.drop();
 }
 
 }  // namespace kzn::pvutil

@@ -16,45 +16,6 @@ namespace kzn::pvutil {
 
 namespace {
 
-// libcurl's callbacks; C on both sides, so nothing may be thrown through them.
-
-CurlRun& runOf(void* pointer) noexcept
-{
-    return *static_cast<CurlRun*>(pointer);
-}
-
-int onConnected(void* run, char*, char*, int, int) noexcept
-{
-    return runOf(run).connected() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
-}
-
-std::size_t onRead(char* buffer, std::size_t size, std::size_t count, void* run) noexcept
-{
-    return runOf(run).read(buffer, size * count);
-}
-
-int onSeek(void* run, curl_off_t offset, int origin) noexcept
-{
-    if (offset != 0 || origin != SEEK_SET) return CURL_SEEKFUNC_CANTSEEK;
-    runOf(run).rewind();
-    return CURL_SEEKFUNC_OK;
-}
-
-std::size_t onHeader(char* line, std::size_t size, std::size_t count, void* run) noexcept
-{
-    return runOf(run).header({line, size * count}) ? size * count : 0;
-}
-
-std::size_t onReceived(char* bytes, std::size_t size, std::size_t count, void* run) noexcept
-{
-    return runOf(run).receive({bytes, size * count}) ? size * count : 0;
-}
-
-int onProgress(void* run, curl_off_t, curl_off_t down, curl_off_t, curl_off_t up) noexcept
-{
-    return runOf(run).progress(down, up) ? 0 : 1;
-}
-
 // "101" of "HTTP/1.1 101 ..."
 std::string_view statusOf(std::string_view line) noexcept
 {
@@ -63,22 +24,6 @@ std::string_view statusOf(std::string_view line) noexcept
 }
 
 }  // namespace
-
-void CurlRun::setCallbacks() noexcept
-{
-    curl_easy_setopt(easy_, CURLOPT_PREREQFUNCTION, onConnected);
-    curl_easy_setopt(easy_, CURLOPT_PREREQDATA, this);
-    curl_easy_setopt(easy_, CURLOPT_READFUNCTION, onRead);
-    curl_easy_setopt(easy_, CURLOPT_READDATA, this);
-    curl_easy_setopt(easy_, CURLOPT_SEEKFUNCTION, onSeek);
-    curl_easy_setopt(easy_, CURLOPT_SEEKDATA, this);
-    curl_easy_setopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
-    curl_easy_setopt(easy_, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(easy_, CURLOPT_WRITEFUNCTION, onReceived);
-    curl_easy_setopt(easy_, CURLOPT_WRITEDATA, this);
-    curl_easy_setopt(easy_, CURLOPT_XFERINFOFUNCTION, onProgress);
-    curl_easy_setopt(easy_, CURLOPT_XFERINFODATA, this);
-}
 
 void CurlRun::connecting(curl_socket_t socket, const sockaddr& address, socklen_t size, int error) noexcept
 {
@@ -130,8 +75,8 @@ void CurlRun::closing(std::uint64_t received, bool wasReset) noexcept
     if (!exchange_.url.secure && received > 0) hasHeard_ = true;
     long request = 0;
     curl_off_t body = 0;
-    curl_easy_getinfo(easy_, CURLINFO_REQUEST_SIZE, &request);
-    curl_easy_getinfo(easy_, CURLINFO_SIZE_UPLOAD_T, &body);
+    curl.easyGetinfo(easy_, CURLINFO_REQUEST_SIZE, &request);
+    curl.easyGetinfo(easy_, CURLINFO_SIZE_UPLOAD_T, &body);
     up_ = std::max(up_, body);
     isWritten_ = request > 0 && static_cast<std::size_t>(up_) >= exchange_.bodyBytes();
 }
@@ -180,10 +125,14 @@ bool CurlRun::startsHead(std::string_view line) noexcept
     return exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
 }
 
+bool CurlRun::isFraming(std::uint64_t taken) const noexcept
+{
+    return closedBytes_ + taken <= headBytes_ + exchange_.reply.size() + limits::kFramingBytes;
+}
+
 bool CurlRun::mayFrame(std::uint64_t taken) noexcept
 {
-    const std::uint64_t known = headBytes_ + exchange_.reply.size() + limits::kFramingBytes;
-    return closedBytes_ + taken <= known || exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
+    return isFraming(taken) || exchange_.fail(HttpFault::tooLarge, HttpPhase::receive);
 }
 
 bool CurlRun::receive(std::string_view bytes) noexcept
@@ -197,8 +146,8 @@ bool CurlRun::begin() noexcept
 {
     long status = 0;
     curl_off_t length = -1;
-    curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
-    curl_easy_getinfo(easy_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+    curl.easyGetinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
+    curl.easyGetinfo(easy_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
     hasBegun_ = true;
     const auto declared = static_cast<std::uint64_t>(length);
     return exchange_.begin(static_cast<int>(status), length < 0 ? std::nullopt : std::optional(declared));

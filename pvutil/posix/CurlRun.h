@@ -1,7 +1,6 @@
 // One exchange as libcurl's callbacks see it: what goes out, what comes in, and how far it has come.
 #pragma once
 
-#include <curl/curl.h>
 #include <sys/socket.h>
 
 #include <chrono>
@@ -12,15 +11,13 @@
 #include <string_view>
 
 #include "pvutil/HttpExchange.h"
+#include "pvutil/posix/CurlApi.h"
 
 namespace kzn::pvutil {
 
 class CurlRun {
 public:
     CurlRun(CURL* easy, HttpExchange& exchange) : easy_(easy), exchange_(exchange) {}
-
-    /// Tells libcurl whom to call.
-    void setCallbacks() noexcept;
 
     // ---- What libcurl tells ----
 
@@ -46,7 +43,9 @@ public:
 
     /// False where the call was stopped or nothing has moved for too long; the cause is kept then.
     bool mayGoOn() noexcept;
-    /// Whether so little beside heads and body has come with `taken` bytes from what is open.
+    /// Whether so little beside heads and body is within `taken` bytes from what is open.
+    bool isFraming(std::uint64_t taken) const noexcept;
+    /// The same; where it is too much, that is kept as the cause.
     bool mayFrame(std::uint64_t taken) noexcept;
     /// How long libcurl may wait before it is asked again.
     std::chrono::milliseconds patience() const noexcept;

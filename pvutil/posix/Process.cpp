@@ -1,5 +1,6 @@
 #include "pvutil/Process.h"
 
+#include <sys/random.h>
 #include <unistd.h>
 
 namespace kzn::pvutil {
@@ -20,12 +21,16 @@ bool processIsEnding() noexcept
     return false;
 }
 
-std::tm localTime() noexcept
+std::tm localTime(std::time_t time) noexcept
 {
-    const std::time_t now = std::time(nullptr);
     std::tm parts{};
-    localtime_r(&now, &parts);
+    localtime_r(&time, &parts);
     return parts;
+}
+
+bool fillAtRandom(std::span<std::uint8_t> bytes) noexcept
+{
+    return ::getrandom(bytes.data(), bytes.size(), GRND_NONBLOCK) == static_cast<ssize_t>(bytes.size());
 }
 
 }  // namespace kzn::pvutil

@@ -2,10 +2,14 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
+#include <span>
 #include <string>
 
 #include "pvutil/posix/Descriptor.h"
@@ -31,6 +35,28 @@ bool makePrivate(int file) noexcept
 {
     struct stat found {};
     return fstat(file, &found) == 0 && isUsersOwn(found) && fchmod(file, S_IRUSR | S_IWUSR) == 0;
+}
+
+// The pieces that hold anything, as the system takes them.
+std::span<iovec> vectorsOf(LogPieces pieces, std::span<iovec> room) noexcept
+{
+    std::size_t count = 0;
+    for (const std::string_view piece : pieces.first(std::min(pieces.size(), room.size()))) {
+        if (piece.empty()) continue;
+        room[count].iov_base = const_cast<char*>(piece.data());  // NOLINT(*-const-cast): nobody writes to it
+        room[count++].iov_len = piece.size();
+    }
+    return room.first(count);
+}
+
+// What is left when so many bytes are out.
+std::span<iovec> behind(std::size_t written, std::span<iovec> rest) noexcept
+{
+    for (; !rest.empty() && written >= rest.front().iov_len; rest = rest.subspan(1)) written -= rest.front().iov_len;
+    if (rest.empty()) return rest;
+    rest.front().iov_base = static_cast<char*>(rest.front().iov_base) + written;
+    rest.front().iov_len -= written;
+    return rest;
 }
 
 }  // namespace
@@ -97,13 +123,14 @@ try {
     return false;
 }
 
-void appendToLog(SystemLog log, std::string_view bytes) noexcept
+void appendToLog(SystemLog log, LogPieces pieces) noexcept
 {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(asDescriptor(log), bytes.data(), bytes.size());
+    std::array<iovec, kLogPieces> room;
+    for (std::span<iovec> rest = vectorsOf(pieces, room); !rest.empty();) {
+        const ssize_t written = ::writev(asDescriptor(log), rest.data(), static_cast<int>(rest.size()));
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
+        rest = behind(static_cast<std::size_t>(written), rest);
     }
 }
 

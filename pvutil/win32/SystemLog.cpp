@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 namespace kzn::pvutil {
@@ -76,6 +77,17 @@ private:
     bool locked_ = false;
 };
 
+void write(HANDLE file, std::string_view bytes) noexcept
+{
+    constexpr std::size_t kAtOnce = std::size_t{1} << 30;
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        const auto size = static_cast<DWORD>(std::min(bytes.size(), kAtOnce));
+        if (!WriteFile(file, bytes.data(), size, &written, nullptr) || written == 0) return;
+        bytes.remove_prefix(written);
+    }
+}
+
 bool identify(HANDLE file, BY_HANDLE_FILE_INFORMATION& found) noexcept
 {
     return file != INVALID_HANDLE_VALUE && GetFileInformationByHandle(file, &found) != FALSE;
@@ -134,16 +146,21 @@ bool renameLog(const stringex::CStringT& path, const stringex::CStringT& earlier
     return MoveFileExW(path.c_str(), earlier.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE;
 }
 
-void appendToLog(SystemLog log, std::string_view bytes) noexcept
+// Small pieces go out together.
+void appendToLog(SystemLog log, LogPieces pieces) noexcept
 {
-    constexpr std::size_t kAtOnce = std::size_t{1} << 30;
+    std::array<char, 4096> joined;
+    std::size_t size = 0;
     const Turn turn(asHandle(log));
-    while (!bytes.empty()) {
-        DWORD written = 0;
-        const auto size = static_cast<DWORD>(std::min(bytes.size(), kAtOnce));
-        if (!WriteFile(asHandle(log), bytes.data(), size, &written, nullptr) || written == 0) return;
-        bytes.remove_prefix(written);
+    for (const std::string_view piece : pieces) {
+        if (piece.size() > joined.size() - size) {
+            write(asHandle(log), {joined.data(), size});
+            size = 0;
+        }
+        if (piece.size() > joined.size()) write(asHandle(log), piece);
+        else size += piece.copy(joined.data() + size, piece.size());
     }
+    write(asHandle(log), {joined.data(), size});
 }
 
 }  // namespace kzn::pvutil

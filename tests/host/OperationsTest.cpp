@@ -43,6 +43,7 @@ const Names kNoOperations{
     "judge",
     "post",
     "doRequest",
+    "exchange",
     "buildObjectRequest",
     "buildProbeSpaceAccessRequest",
 };

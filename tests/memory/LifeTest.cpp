@@ -9,7 +9,8 @@
 
 #include "client/TraceLog.h"
 #include "client/WapiClient.h"
-#include "pvutil/HttpTransport.h"
+#include "pvutil/HttpClient.h"
+#include "pvutil/XmlParser.h"
 #include "tests/client/ClientState.h"
 #include "tests/memory/FailingHeap.h"
 #include "tests/memory/HostSystem.h"
@@ -73,7 +74,8 @@ protected:
 
     void closeAll()
     {
-        kzn::pvutil::shutDownTransport();
+        kzn::pvutil::CZelHttpClient::DropKept();
+        EXPAT_EX::dropParsers();
         server.closeConnections();
         other.closeConnections();
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "client/TraceLog.h"
+#include "pvtrace/pvtrace.h"
 #include "tests/client/WireOperations.h"
 #include "tests/memory/Share.h"
 #include "tests/memory/WireSweep.h"
@@ -28,9 +29,16 @@ std::string testName(const testing::TestParamInfo<std::string>& info)
     return wireTestName(info.param);
 }
 
+void hearNothing(int, const PvTraceUnit*) {}
+
 }  // namespace
 
-class WireMemoryTest : public testing::TestWithParam<std::string> {};
+// Somebody listens to the trace channel, so that every line is made, and can fail to be.
+class WireMemoryTest : public testing::TestWithParam<std::string> {
+protected:
+    WireMemoryTest() { PvTraceSetSink(&hearNothing); }
+    ~WireMemoryTest() override { PvTraceSetSink(nullptr); }
+};
 
 TEST_P(WireMemoryTest, FailsWholeOrNotAtAll)
 {

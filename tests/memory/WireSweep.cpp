@@ -7,7 +7,8 @@
 #include <string_view>
 #include <utility>
 
-#include "pvutil/HttpTransport.h"
+#include "pvutil/HttpClient.h"
+#include "pvutil/XmlParser.h"
 #include "tests/client/ClientState.h"
 #include "tests/client/WireRunner.h"
 #include "tests/memory/FailingHeap.h"
@@ -65,7 +66,8 @@ public:
         keepRequests();
         const std::size_t first = firstOfLibrary();
         const std::size_t step = most == 0 ? 1 : std::max<std::size_t>(1, (plain_.allocations - first) / most);
-        kzn::pvutil::shutDownTransport();
+        kzn::pvutil::CZelHttpClient::DropKept();
+        EXPAT_EX::dropParsers();
         NotedHeap::forget();
         client_.reset();
         makeClient();
@@ -91,6 +93,7 @@ private:
         WireCall call(arguments);
         Outcome outcome;
         outcome.before = stateOf(*client_);
+        EXPAT_EX::dropParsers();  // each call makes its own, and can fail to
         try {
             const NotedHeap noted;
             const FailingHeap heap(nth, failing);
@@ -200,7 +203,8 @@ private:
         at_ = "all calls: ";
         if (sent_ > most) fault("more requests than calls");
         client_.reset();
-        kzn::pvutil::shutDownTransport();
+        kzn::pvutil::CZelHttpClient::DropKept();
+        EXPAT_EX::dropParsers();
         const auto held = NotedHeap::held();
         for (std::size_t i = 0; i < std::min<std::size_t>(held.size(), 3); ++i)
             fault(std::to_string(held.size()) + " blocks are held, one of " + std::to_string(held[i].bytes) +

@@ -83,4 +83,6 @@ bool transport(HttpExchange& exchange)
     return exchange.begin(exchange.location.empty() ? 200 : 302, 0);
 }
 
+void shutDownTransport() noexcept {}
+
 }  // namespace kzn::pvutil

@@ -193,11 +193,11 @@ TEST(Exception, ComesOutOfAPieceAndTheNextPieceBeginsAfresh)
 {
     Thrower handler({"/r/i/"}, {{2, "/r/i/"}});
     handler.throwAt = 2;
-    EXPECT_EQ(handler.ParsePiece("<r><i>x"_w, false), 1);
-    EXPECT_THROW(handler.ParsePiece("</i><i>"_w, false), std::out_of_range);
+    EXPECT_EQ(handler.ParsePiece("<r><i>x", false), 1);
+    EXPECT_THROW(handler.ParsePiece("</i><i>", false), std::out_of_range);
     handler.throwAt = 0;
-    EXPECT_EQ(handler.ParsePiece("<r><i>y"_w, false), 1);
-    EXPECT_EQ(handler.ParsePiece("</i></r>"_w, true), 1);
+    EXPECT_EQ(handler.ParsePiece("<r><i>y", false), 1);
+    EXPECT_EQ(handler.ParsePiece("</i></r>", true), 1);
     EXPECT_EQ(handler.texts(), "y");
 }
 

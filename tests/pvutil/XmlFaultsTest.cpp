@@ -94,7 +94,7 @@ TEST(ReplyInPieces, IsTheWholeReply)
     EXPECT_EQ(whole.texts(), "SUCCESS|a & b \xF0\x9F\x98\x80|\xF0\x9F\x98\x80 \xC3\xA9|||x]]>y & z");
     for (std::size_t size = 1; size <= 5; ++size) {
         Reply pieces;
-        EXPECT_EQ(pieces.parseInPieces(wide(kReply), size), 1) << size;
+        EXPECT_EQ(pieces.parseInPieces(kReply, size), 1) << size;
         EXPECT_EQ(pieces.texts(), whole.texts()) << size;
         EXPECT_EQ(pieces.events(), whole.events()) << size;
     }
@@ -103,20 +103,20 @@ TEST(ReplyInPieces, IsTheWholeReply)
 TEST(ReplyInPieces, MayHoldEmptyPieces)
 {
     Reply reply;
-    EXPECT_EQ(reply.ParsePiece(CStringT(), false), 1);
-    EXPECT_EQ(reply.ParsePiece("<kznapi><response><result>SU"_w, false), 1);
-    EXPECT_EQ(reply.ParsePiece(CStringT(), false), 1);
-    EXPECT_EQ(reply.ParsePiece("CCESS</result></response></kznapi>"_w, false), 1);
-    EXPECT_EQ(reply.ParsePiece(CStringT(), true), 1);
+    EXPECT_EQ(reply.ParsePiece("", false), 1);
+    EXPECT_EQ(reply.ParsePiece("<kznapi><response><result>SU", false), 1);
+    EXPECT_EQ(reply.ParsePiece("", false), 1);
+    EXPECT_EQ(reply.ParsePiece("CCESS</result></response></kznapi>", false), 1);
+    EXPECT_EQ(reply.ParsePiece("", true), 1);
     EXPECT_EQ(reply.text(0), "SUCCESS"_w);
 }
 
 TEST(ReplyInPieces, IsIllFormedFromTheFaultOn)
 {
     Reply reply;
-    EXPECT_EQ(reply.ParsePiece("<kznapi><response><result>x</result>"_w, false), 1);
-    EXPECT_EQ(reply.ParsePiece("</kznapi>"_w, false), 0);
-    EXPECT_EQ(reply.ParsePiece("<reason>y</reason></response></kznapi>"_w, true), 0);
+    EXPECT_EQ(reply.ParsePiece("<kznapi><response><result>x</result>", false), 1);
+    EXPECT_EQ(reply.ParsePiece("</kznapi>", false), 0);
+    EXPECT_EQ(reply.ParsePiece("<reason>y</reason></response></kznapi>", true), 0);
     EXPECT_EQ(reply.text(0), "x"_w);
     EXPECT_EQ(reply.text(1), "?"_w);
 }
@@ -164,22 +164,42 @@ TEST(ReplyBrokenOff, FillsWhatHadEndedAtEveryCut)
         EXPECT_EQ(reply.ParseXML(text), cut >= end && !endsInComment ? 1 : 0) << cut;
         EXPECT_EQ(reply.texts(), expectedTexts(narrow(text))) << cut;
         Reply pieces;
-        pieces.parseInPieces(text, 3);
+        pieces.parseInPieces(narrow(text), 3);
         EXPECT_EQ(pieces.texts(), reply.texts()) << cut;
         EXPECT_EQ(pieces.events(), reply.events()) << cut;
     }
 }
 
-TEST(ReplyBrokenOff, IsOneFaultWhicheverUnitIsMissing)
+TEST(ReplyBrokenOff, IsOneFaultWhicheverByteIsMissing)
+{
+    const std::string whole = kReply;
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+        std::string bytes = whole;
+        bytes.erase(at, 1);
+        Reply one;
+        const int well = one.ParseUtf8(bytes);
+        Reply two;
+        EXPECT_EQ(two.parseInPieces(bytes, 1), well) << at;
+        EXPECT_EQ(two.texts(), one.texts()) << at;
+        EXPECT_EQ(two.events(), one.events()) << at;
+    }
+}
+
+// What is fed as text is fed as the same bytes, and ends at a surrogate that lost its partner.
+TEST(ReplyBrokenOff, IsTheSameFaultOfTheText)
 {
     const CStringT whole = wide(kReply);
     for (std::size_t at = 0; at < whole.size(); ++at) {
         CStringT text = whole;
         text.erase(at, 1);
+        const bool isLone = whole[at] >= 0xD800 && whole[at] <= 0xDFFF;
+        std::string bytes = narrow(text);
+        if (isLone) bytes.replace(bytes.find("\xEF\xBF\xBD"), 3, "\xFF");
         Reply one;
-        const int well = one.ParseXML(text);
+        const int well = one.ParseUtf8(bytes);
+        EXPECT_TRUE(!isLone || well == 0) << at;
         Reply two;
-        EXPECT_EQ(two.parseInPieces(text, 1), well) << at;
+        EXPECT_EQ(two.ParseXML(text), well) << at;
         EXPECT_EQ(two.texts(), one.texts()) << at;
         EXPECT_EQ(two.events(), one.events()) << at;
     }
@@ -196,7 +216,7 @@ TEST_P(DocumentType, EndsTheParse)
     EXPECT_EQ(handler.parse(reply), 0);
     EXPECT_EQ(handler.texts(), "?|?");
     EXPECT_EQ(handler.events(), "");
-    EXPECT_EQ(handler.parseInPieces(wide(reply), 1), 0);
+    EXPECT_EQ(handler.parseInPieces(reply, 1), 0);
     EXPECT_EQ(handler.texts(), "?|?");
     EXPECT_EQ(handler.parse("<a><b>2</b></a>"), 1);
     EXPECT_EQ(handler.texts(), "|2");
@@ -246,10 +266,10 @@ TEST(NextText, BeginsAfreshAfterOneThatBrokeOffInAnUnknownElement)
 TEST(NextText, BeginsAfreshAfterPiecesWithoutALast)
 {
     XmlRecorder handler({"/a/b/"});
-    EXPECT_EQ(handler.ParsePiece("<a><x><b>old"_w, false), 1);
+    EXPECT_EQ(handler.ParsePiece("<a><x><b>old", false), 1);
     EXPECT_EQ(handler.parse("<a><b>1</b></a>"), 1);
     EXPECT_EQ(handler.texts(), "1");
-    EXPECT_EQ(handler.parseInPieces("<a><b>2</b></a>"_w, 2), 1);
+    EXPECT_EQ(handler.parseInPieces("<a><b>2</b></a>", 2), 1);
     EXPECT_EQ(handler.texts(), "2");
 }
 

@@ -62,8 +62,8 @@ TEST(XmlLimits, DepthIsOneInWhicheverPieceItIs)
 {
     for (const std::size_t size : {1U, 7U, 4096U}) {
         XmlRecorder handler({"/a/b/"});
-        EXPECT_EQ(handler.parseInPieces(wide(nested("c", kXmlDepth)), size), 1) << size;
-        EXPECT_THROW(handler.parseInPieces(wide(nested("c", kXmlDepth + 1)), size), XmlLimitPassed) << size;
+        EXPECT_EQ(handler.parseInPieces(nested("c", kXmlDepth), size), 1) << size;
+        EXPECT_THROW(handler.parseInPieces(nested("c", kXmlDepth + 1), size), XmlLimitPassed) << size;
     }
 }
 
@@ -93,6 +93,19 @@ TEST(XmlLimits, TextOfAnElement)
     EXPECT_EQ(handler.text(0).size(), kXmlTextUnits) << "the one that was read before";
     EXPECT_EQ(handler.parse("<a><b>1</b><b>" + most + "</b></a>"), 1) << "each element has its own";
     EXPECT_EQ(handler.parse("<a><c>" + most + most + "</c><b>1</b></a>"), 1) << "nobody reads that one";
+}
+
+// Units count, whatever they take on the wire, and in however many pieces they come.
+TEST(XmlLimits, TextOfSeveralBytesACharacter)
+{
+    XmlRecorder handler({"/a/b/"});
+    for (const char* twoUnits : {"\xC3\xA9\n", "\xF0\x9F\x98\x80"}) {
+        const std::string most = repeated(twoUnits, kXmlTextUnits / 2);
+        EXPECT_EQ(handler.parse("<a><b>" + most + "</b></a>"), 1);
+        EXPECT_EQ(handler.text(0).size(), kXmlTextUnits);
+        EXPECT_THROW(handler.parse("<a><b>" + most + "x</b></a>"), XmlLimitPassed);
+        EXPECT_THROW(handler.parse("<a><b>x" + most + "</b></a>"), XmlLimitPassed);
+    }
 }
 
 TEST(XmlLimits, ItemsOfAList)

@@ -41,18 +41,18 @@ public:
     const CStringT& text(std::size_t index) const { return texts_[index]; }
     const std::string& events() const { return events_; }
 
-    int parse(std::string_view utf8) { return ParseXML(wide(utf8)); }
+    int parse(std::string_view utf8) { return ParseUtf8(utf8); }
 
-    /// The same text in pieces of so many units. 1 if each of them was well.
-    int parseInPieces(const CStringT& text, std::size_t size)
+    /// The same text in pieces of so many bytes. 1 if each of them was well.
+    int parseInPieces(std::string_view utf8, std::size_t size)
     {
         std::size_t at = 0;
         int well = 1;
         do {
-            const auto piece = kzn::pvutil::stringex::CStringView(text).substr(at, size);
+            const auto piece = utf8.substr(at, size);
             at += piece.size();
-            well &= ParsePiece(piece, at == text.size());
-        } while (at != text.size());
+            well &= ParsePiece(piece, at == utf8.size());
+        } while (at != utf8.size());
         return well;
     }
 

@@ -156,7 +156,7 @@ TEST(MessageReply, ReadsTheCredential)
 
 class NotingPart : public CWapiReplyPart {
 public:
-    NotingPart(CXMLWapiCommonResponse& reply, std::string_view at, std::vector<std::string>& notes) : notes_(notes)
+    NotingPart(CXMLWapiCommonResponse& reply, PathPiece at, std::vector<std::string>& notes) : notes_(notes)
     {
         reply.add(*this);
         reply.listen(3, at, "items/item/", {{"", &own_}, {"name/", &name_}});

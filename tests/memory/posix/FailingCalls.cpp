@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/timerfd.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -91,6 +92,16 @@ PV_SHOWN ssize_t write(int file, const void* bytes, std::size_t size)
 {
     static const auto call = systems<ssize_t(int, const void*, std::size_t)>("write");
     return pass(call, errorOf(ENOSPC, true), file, bytes, movable(size));
+}
+
+PV_SHOWN ssize_t writev(int file, const iovec* pieces, int count)
+{
+    static const auto call = systems<ssize_t(int, const iovec*, int)>("writev");
+    iovec first = pieces[0];
+    first.iov_len = movable(first.iov_len);
+    const bool isWhole = first.iov_len == pieces[0].iov_len;
+    return isWhole ? pass(call, errorOf(ENOSPC, true), file, pieces, count)
+                   : pass(call, errorOf(ENOSPC, true), file, static_cast<const iovec*>(&first), 1);
 }
 
 PV_SHOWN ssize_t recv(int socket, void* bytes, std::size_t size, int flags)

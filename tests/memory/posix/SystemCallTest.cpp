@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "client/TraceLog.h"
-#include "pvutil/HttpTransport.h"
+#include "pvutil/HttpClient.h"
 #include "pvutil/MessageLoop.h"
 #include "tests/client/ClientFixture.h"
 #include "tests/memory/HostSystem.h"
@@ -82,14 +82,14 @@ protected:
         EXPECT_EQ(call(*of, out), 1);
         EXPECT_EQ(narrow(out), narrow(plain));
         EXPECT_EQ(of->GetLstMsg().reason, CStringT());
-        kzn::pvutil::shutDownTransport();  // the next one connects anew
+        kzn::pvutil::CZelHttpClient::DropKept();  // the next one connects anew
     }
 
     std::size_t madeBy(Wrong wrong, const Call& call, CStringT& out)
     {
         CWapiClient warm(server.url(kOperationPath));
         EXPECT_EQ(call(warm, out), 1);
-        kzn::pvutil::shutDownTransport();
+        kzn::pvutil::CZelHttpClient::DropKept();
         const FailingCalls calls(0, wrong);
         CWapiClient of(server.url(kOperationPath));
         EXPECT_EQ(call(of, out), 1);
@@ -98,7 +98,7 @@ protected:
 
     void closeAll()
     {
-        kzn::pvutil::shutDownTransport();
+        kzn::pvutil::CZelHttpClient::DropKept();
         server.closeConnections();
     }
 

@@ -1,12 +1,11 @@
-// The handler over the 8-bit build: the same cursor in the same tree of names, but names and texts are UTF-8 inside. It
-// stands in for the library's own under everything else that reads replies.
+// The handler over the 16-bit build: the same cursor in a tree of names, but names and texts are UTF-16 inside, and the
+// reply is made that first. It stands in for the library's own under everything else that reads replies.
 #include <expat.h>
 
+#include <array>
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <new>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,11 +13,11 @@
 
 namespace EXPAT_EX {
 
+using kzn::pvutil::stringex::CharT;
 using kzn::pvutil::stringex::CStringView;
 using kzn::pvutil::stringex::FromUtf8;
-using kzn::pvutil::stringex::ToUtf8;
 
-static_assert(sizeof(XML_Char) == 1, "this is the 8-bit build");
+static_assert(sizeof(XML_Char) == sizeof(CharT), "this is the 16-bit build");
 
 namespace {
 
@@ -26,16 +25,21 @@ struct FreeParser {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
 };
 
+const CharT* units(const XML_Char* text) noexcept
+{
+    return reinterpret_cast<const CharT*>(text);
+}
+
 struct Node {
-    std::string name;
+    CStringT name;
     Node* parent = nullptr;
     std::vector<std::unique_ptr<Node>> children;
     std::size_t next = 0;
     std::vector<CStringT*> targets;
     std::vector<unsigned> listeners;
-    std::string text;
+    CStringT text;
 
-    Node& child(std::string_view wanted)
+    Node& child(CStringView wanted)
     {
         for (const auto& child : children)
             if (child->name == wanted) return *child;
@@ -45,25 +49,23 @@ struct Node {
         return *children.back();
     }
 
-    Node* find(const char* wanted) noexcept
+    Node* find(const CharT* wanted) noexcept
     {
         for (std::size_t tried = 0; tried < children.size(); ++tried) {
             if (next == children.size()) next = 0;
             Node& child = *children[next++];
-            if (std::strcmp(child.name.c_str(), wanted) == 0) return &child;
+            if (child.name == wanted) return &child;
         }
         return nullptr;
     }
-};
 
-// Most texts are ASCII, which widens at once.
-void widen(const std::string& utf8, CStringT& target)
-{
-    unsigned char any = 0;
-    for (const char c : utf8) any |= static_cast<unsigned char>(c);
-    if (any < 0x80) target.assign(utf8.begin(), utf8.end());
-    else target = FromUtf8(utf8);
-}
+    void deliver()
+    {
+        if (targets.empty()) return;
+        for (std::size_t i = 1; i < targets.size(); ++i) *targets[i] = text;
+        targets.front()->swap(text);
+    }
+};
 
 }  // namespace
 
@@ -71,23 +73,28 @@ class CXMLHandler::Reader {
 public:
     explicit Reader(CXMLHandler& handler) : handler_(handler) {}
 
-    Node& at(const CStringT& path)
+    Node& at(CStringView path)
     {
-        const std::string utf8 = ToUtf8(path);
         Node* node = &root_;
-        std::string_view rest = utf8;
-        while (!rest.empty()) {
-            const std::size_t end = rest.find('/');
-            if (end != 0) node = &node->child(rest.substr(0, end));
-            rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+        while (!path.empty()) {
+            const std::size_t end = path.find(CharT{'/'});
+            if (end != 0) node = &node->child(path.substr(0, end));
+            path.remove_prefix(end == CStringView::npos ? path.size() : end + 1);
         }
         return *node;
     }
 
+    Node& at(Path path)
+    {
+        CStringT whole;
+        for (const std::string_view piece : path) whole += FromUtf8(piece);
+        return at(whole);
+    }
+
     int read(CStringView text)
     {
-        const std::string utf8 = ToUtf8(CStringT(text));
-        const std::unique_ptr<XML_ParserStruct, FreeParser> parser(XML_ParserCreate("UTF-8"));
+        constexpr std::array<XML_Char, 9> kEncoding = {'U', 'T', 'F', '-', '1', '6', 'L', 'E', 0};
+        const std::unique_ptr<XML_ParserStruct, FreeParser> parser(XML_ParserCreate(kEncoding.data()));
         if (!parser) throw std::bad_alloc();
         parser_ = parser.get();
         cursor_ = &root_;
@@ -95,21 +102,17 @@ public:
         XML_SetUserData(parser_, this);
         XML_SetElementHandler(parser_, &Reader::onStart, &Reader::onEnd);
         XML_SetCharacterDataHandler(parser_, &Reader::onText);
-        XML_SetStartDoctypeDeclHandler(parser_, &Reader::onDoctype);
-        return XML_Parse(parser_, utf8.data(), static_cast<int>(utf8.size()), XML_TRUE) == XML_STATUS_OK ? 1 : 0;
+        const auto bytes = static_cast<int>(text.size() * sizeof(CharT));
+        return XML_Parse(parser_, reinterpret_cast<const char*>(text.data()), bytes, XML_TRUE) == XML_STATUS_OK ? 1 : 0;
     }
 
 private:
     static Reader& self(void* data) { return *static_cast<Reader*>(data); }
-    static void onStart(void* data, const char* name, const char**) { self(data).start(name); }
-    static void onEnd(void* data, const char*) { self(data).end(); }
-    static void onText(void* data, const char* text, int length) { self(data).text(text, length); }
-    static void onDoctype(void* data, const char*, const char*, const char*, int)
-    {
-        XML_StopParser(self(data).parser_, XML_FALSE);
-    }
+    static void onStart(void* data, const XML_Char* name, const XML_Char**) { self(data).start(units(name)); }
+    static void onEnd(void* data, const XML_Char*) { self(data).end(); }
+    static void onText(void* data, const XML_Char* text, int length) { self(data).text(units(text), length); }
 
-    void start(const char* name)
+    void start(const CharT* name)
     {
         Node* const child = outside_ == 0 ? cursor_->find(name) : nullptr;
         if (!child) {
@@ -127,20 +130,20 @@ private:
             --outside_;
             return;
         }
-        for (CStringT* target : cursor_->targets) widen(cursor_->text, *target);
+        cursor_->deliver();
         for (const unsigned id : cursor_->listeners) handler_.OnEndNodeListEvent(id);
         cursor_ = cursor_->parent;
     }
 
-    void text(const char* text, int length)
+    void text(const CharT* text, int length)
     {
         if (outside_ == 0 && !cursor_->targets.empty()) cursor_->text.append(text, static_cast<std::size_t>(length));
     }
 
     CXMLHandler& handler_;
     Node root_;
-    XML_Parser parser_ = nullptr;
     Node* cursor_ = nullptr;
+    XML_Parser parser_ = nullptr;
     std::size_t outside_ = 0;
 };
 
@@ -156,7 +159,12 @@ void CXMLHandler::OnEndAttributeEvent(unsigned) {}
 
 void CXMLHandler::AddTextSelecter(const CStringT& path, CStringT* target)
 {
-    reader_->at(path).targets.push_back(target);
+    if (target) reader_->at(path).targets.push_back(target);
+}
+
+void CXMLHandler::AddTextSelecter(Path path, CStringT* target)
+{
+    if (target) reader_->at(path).targets.push_back(target);
 }
 
 void CXMLHandler::AddNodeListEventListener(unsigned id, const CStringT& path)
@@ -164,9 +172,19 @@ void CXMLHandler::AddNodeListEventListener(unsigned id, const CStringT& path)
     reader_->at(path).listeners.push_back(id);
 }
 
+void CXMLHandler::AddNodeListEventListener(unsigned id, Path path)
+{
+    reader_->at(path).listeners.push_back(id);
+}
+
 int CXMLHandler::ParseXML(const CStringT& text)
 {
     return reader_->read(text);
+}
+
+int CXMLHandler::ParseUtf8(std::string_view text)
+{
+    return reader_->read(FromUtf8(text));
 }
 
 }  // namespace EXPAT_EX

@@ -1,7 +1,0 @@
-#include "bench/ReadListing.h"
-#include "bench/parsers/Readers.h"
-
-bool kzn::bench::readNarrow(const CStringT& reply, Listing& listing)
-{
-    return readListing(reply, listing);
-}
