@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <numeric>
 
 #include "pvutil/IdlePool.h"
@@ -51,7 +50,8 @@ std::uint64_t receivedSince(std::uint64_t before, const tcp_info& info) noexcept
 std::uint64_t unreadOn(curl_socket_t socket) noexcept
 {
     int bytes = 0;
-    return ::ioctl(socket, FIONREAD, &bytes) == 0 ? static_cast<std::uint64_t>(bytes) : 0;
+    ::ioctl(socket, FIONREAD, &bytes);
+    return static_cast<std::uint64_t>(bytes);
 }
 
 // More connections than one line ever keeps open at once.
@@ -74,10 +74,9 @@ std::size_t onRead(char* buffer, std::size_t size, std::size_t count, void* line
     return runOf(line).read(buffer, size * count);
 }
 
-int onSeek(void* line, curl_off_t offset, int origin) noexcept
+// libcurl wants to begin anew. Whether it may is said where it asks for the next connection, which knows the cause too.
+int onSeek(void*, curl_off_t, int) noexcept
 {
-    if (offset != 0 || origin != SEEK_SET) return CURL_SEEKFUNC_CANTSEEK;
-    runOf(line).rewind();
     return CURL_SEEKFUNC_OK;
 }
 
@@ -128,7 +127,6 @@ void CurlLine::configure() noexcept
     curl.easySetopt(easy_, CURLOPT_READFUNCTION, onRead);
     curl.easySetopt(easy_, CURLOPT_READDATA, this);
     curl.easySetopt(easy_, CURLOPT_SEEKFUNCTION, onSeek);
-    curl.easySetopt(easy_, CURLOPT_SEEKDATA, this);
     curl.easySetopt(easy_, CURLOPT_HEADERFUNCTION, onHeader);
     curl.easySetopt(easy_, CURLOPT_HEADERDATA, this);
     curl.easySetopt(easy_, CURLOPT_WRITEFUNCTION, onReceived);

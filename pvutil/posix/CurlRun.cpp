@@ -55,7 +55,7 @@ bool CurlRun::connected() noexcept
 // All begins anew, with the look-up.
 void CurlRun::restart() noexcept
 {
-    rewind();
+    piece_ = offset_ = 0;
     isConnected_ = hasAddress_ = wasReset_ = wasAskedAgain_ = false;
     socketError_ = 0;
 }

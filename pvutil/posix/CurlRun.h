@@ -32,7 +32,6 @@ public:
     void closing(std::uint64_t received, bool wasReset) noexcept;
 
     std::size_t read(char* buffer, std::size_t size) noexcept;
-    void rewind() noexcept { piece_ = offset_ = 0; }
     /// The request is made once more.
     void restart() noexcept;
     bool header(std::string_view line) noexcept;

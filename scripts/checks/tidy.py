@@ -62,10 +62,20 @@ def own_entries(database):
     return [entries[path] for path in sorted(entries)]
 
 
+def clang_words(command):
+    """The compiler's command as clang takes it: without flags that clang does not know, without warnings, which are the
+    compiler's business, and without headers that the compiler has read before, so that a missing include is found."""
+    words = [word for word in shlex.split(command)[1:]
+             if not word.startswith(("-W", "-fno-gnu-unique", "-fpch-preprocess"))]
+    while any(word.endswith("/cmake_pch.hxx") for word in words):
+        at = next(at for at, word in enumerate(words) if word.endswith("/cmake_pch.hxx"))
+        del words[at - 1:at + 1]
+    return words
+
+
 def lint(entry):
     """What clang-tidy says of the file; nothing when it is clean."""
-    # The compiler's own flags that clang does not know are left out, and its warnings are the compiler's business.
-    words = [word for word in shlex.split(entry["command"])[1:] if not word.startswith(("-W", "-fno-gnu-unique"))]
+    words = clang_words(entry["command"])
     command = ["clang-tidy", "--quiet", entry["file"], "--", *words, "-Wno-everything"]
     run = subprocess.run(command, cwd=entry["directory"], capture_output=True, text=True, check=False)
     if run.returncode == 0:

@@ -96,6 +96,7 @@ TEST_F(HttpFaults, ListenerThatTakesNobodyIn)
 TEST_F(HttpFaults, ConnectionThatEnds)
 {
     expectFault("closed without a byte", HttpFault::closed, Script().close());
+    expectFault("closed without a byte, on a kept connection", HttpFault::closed, Script().close());
     expectFault("reset without a byte", HttpFault::closed, Script().reset());
     // Wine has one code for this and for bytes that are no HTTP, and shows none of them.
     expectFault("closed inside the status line", runsUnderWine() ? HttpFault::notHttp : HttpFault::cutOff,

@@ -4,6 +4,7 @@
 #include <iterator>
 
 const std::size_t kSlowness = 1;
+const std::size_t kLongShare = 0;
 
 std::size_t openFiles()
 {

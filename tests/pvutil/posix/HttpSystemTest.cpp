@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <thread>
 
@@ -34,6 +35,15 @@ protected:
         expectNoReply();
     }
 };
+
+// The clock here is that of the process's own work, the server's with it.
+TEST_F(HttpSystem, WaitLeavesTheProcessorToOthers)
+{
+    server.script(Script().pause(1s).send(replyText(200, "text/xml", "<kznapi/>")));
+    const std::clock_t begin = std::clock();
+    EXPECT_EQ(post("a=b"), 200);
+    EXPECT_LT(std::clock() - begin, CLOCKS_PER_SEC / 4);
+}
 
 TEST_F(HttpSystem, ProxyThatIsNotThere)
 {
