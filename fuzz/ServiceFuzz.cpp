@@ -41,7 +41,7 @@ public:
         service::store::Database database((folder_ / "first").string());
         service::seed::fill(database, "demo");
         const Response reply = service::http::Router(database, settings_)
-                                   .answer({true, "/kznconnect/op.do", "application/x-www-form-urlencoded",
+                                   .answer({"POST", "/kznconnect/op.do", "application/x-www-form-urlencoded",
                                             "cmd=login&username=anna&password=anna-demo-1"});
         pugi::xml_document document;
         document.load_string(reply.body.c_str());
@@ -116,10 +116,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     static World world;
     std::string_view input = fuzz::bytes(data, size);
     Request request;
-    request.isPost = true;
     request.target = world.withCred(takeLine(input));
     request.contentType = takeLine(input);
-    request.isPost = !request.contentType.empty();
+    request.method = request.contentType.empty() ? "GET" : "POST";
     request.body = world.withCred(input);
     checkReply(world.answer(request));
     return 0;

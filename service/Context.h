@@ -16,6 +16,7 @@ class Database;
 struct Settings {
     long long sessionDuration = 7'200'000;          // milliseconds
     std::uint64_t maxUpload = 64ULL * 1024 * 1024;  // bytes of a picture
+    bool verbose = false;                           // a line for each request
     std::string baseURL;                            // where this service is reached, known once it listens
 };
 

@@ -31,13 +31,23 @@ std::string parseListen(const std::string& text, boost::asio::ip::tcp::endpoint&
     return {};
 }
 
+// What concerns the process and not the service that it gives.
+void addProcessOptions(CLI::App& app, Options& options)
+{
+    app.add_flag("--ready-json", options.readyJson, "Say in one line of JSON where it listens");
+    app.add_flag("--verbose", options.settings.verbose, "A line for each request, on standard error");
+    app.add_flag("--end-with-parent", options.endWithParent, "End when the process that started it ends");
+    app.set_version_flag("--version", "pvwapi-service " PVWAPI_VERSION);
+}
+
 }  // namespace
 
 OptionsResult readOptions(int argc, const char* const* argv, Options& options)
 {
     CLI::App app{"The stand-in for the hosted team-workspace service.", "pvwapi-service"};
     std::string listen = kDefaultListen;
-    app.add_option("--data", options.dataFile, "The data file; made where there is none")->required();
+    app.add_option("--data", options.dataFile, "The data file; made where there is none. :memory: keeps all in memory")
+        ->required();
     app.add_option("--listen", listen, "Where to listen; port 0 takes a free one")
         ->capture_default_str()
         ->check([&options](const std::string& text) { return parseListen(text, options.listen); });
@@ -48,11 +58,15 @@ OptionsResult readOptions(int argc, const char* const* argv, Options& options)
     app.add_option("--max-upload", options.settings.maxUpload, "The largest picture taken, in bytes")
         ->capture_default_str()
         ->check(CLI::Range(std::uint64_t{1}, kLargestUpload));
+    addProcessOptions(app, options);
     parseListen(listen, options.listen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
         std::cout << app.help();
+        return {false, 0};
+    } catch (const CLI::CallForVersion& version) {
+        std::cout << version.what() << std::endl;
         return {false, 0};
     } catch (const CLI::ParseError& error) {
         std::cerr << "pvwapi-service: " << error.what() << std::endl;

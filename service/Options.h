@@ -12,6 +12,8 @@ struct Options {
     std::string dataFile;
     boost::asio::ip::tcp::endpoint listen;
     std::string seed;  // empty, or the name of an organisation to begin with
+    bool readyJson = false;
+    bool endWithParent = false;
     Settings settings;
 };
 

@@ -5,9 +5,12 @@
 #include <stdexcept>
 
 #include "service/Options.h"
+#include "service/base/System.h"
+#include "service/http/Ready.h"
 #include "service/http/Server.h"
 #include "service/seed/Seed.h"
 #include "service/store/Database.h"
+#include "service/store/NewFile.h"
 
 namespace {
 
@@ -15,7 +18,10 @@ constexpr int kCannotStart = 2;
 
 void openAndServe(service::Options& options)
 {
+    if (options.endWithParent) service::endWithParent();
+    service::store::NewFile file(options.dataFile);
     service::store::Database database(options.dataFile);
+    file.opened();
     if (!options.seed.empty()) std::clog << service::seed::fill(database, options.seed) << std::endl;
 
     boost::asio::io_context io(1);
@@ -26,7 +32,12 @@ void openAndServe(service::Options& options)
     boost::asio::signal_set stop(io, SIGINT, SIGTERM);
     stop.async_wait([&io](const boost::system::error_code&, int) { io.stop(); });
 
-    std::cout << "listening on " << server.address() << std::endl;
+    file.keep();
+    if (options.readyJson) {
+        std::cout << service::http::readyText(options.settings) << std::endl;
+    } else {
+        std::cout << "listening on " << server.address() << std::endl;
+    }
     io.run();
 }
 

@@ -49,8 +49,8 @@ bool isParseError(const beast::error_code& error)
 }  // namespace
 
 Connection::Connection(boost::asio::ip::tcp::socket socket, const Router& router, const ConnectionLimits& limits,
-                       std::shared_ptr<void> slot)
-    : stream_(std::move(socket)), router_(router), limits_(limits), slot_(std::move(slot))
+                       Journal* journal, std::shared_ptr<void> slot)
+    : stream_(std::move(socket)), router_(router), limits_(limits), journal_(journal), slot_(std::move(slot))
 {
 }
 
@@ -66,6 +66,8 @@ void Connection::start()
 void Connection::readHeader()
 {
     parser_.emplace();
+    head_ = {};
+    bodyBytes_ = 0;
     parser_->header_limit(limits_.headerBytes);
     // The target decides how much a body may hold, and is not known yet.
     parser_->body_limit(std::numeric_limits<std::uint64_t>::max());
@@ -77,13 +79,23 @@ void Connection::readHeader()
 void Connection::onHeader(Error error)
 {
     if (error) return onReadError(error);
-    const std::uint64_t limit = router_.bodyLimit(textOf(parser_->get().target()));
+    readHead();
+    if (std::optional<Response> refused = router_.refused(head_)) return send(std::move(*refused), false);
+    const std::uint64_t limit = router_.bodyLimit(head_.target);
     if (parser_->content_length().value_or(0) > limit) {
         return onReadError(wire::make_error_code(wire::error::body_limit));
     }
     parser_->body_limit(limit);
     if (beast::iequals(parser_->get()[wire::field::expect], "100-continue")) return sendContinue();
     readBody();
+}
+
+void Connection::readHead()
+{
+    const auto& message = parser_->get();
+    begun_ = std::chrono::steady_clock::now();
+    head_.method = textOf(message.method_string());
+    head_.target = textOf(message.target());
 }
 
 void Connection::sendContinue()
@@ -106,15 +118,13 @@ void Connection::onBody(Error error)
 {
     if (error) return onReadError(error);
     auto& message = parser_->get();
-    const wire::verb method = message.method();
-    if (method != wire::verb::post && method != wire::verb::get) {
-        return send(refusal(405, "only post and get are answered here", exceptionid::kBadRequest), false);
-    }
     Request request;
-    request.isPost = method == wire::verb::post;
-    request.target = textOf(message.target());
+    request.method = head_.method;
+    request.target = head_.target;
     request.contentType = textOf(message[wire::field::content_type]);
     request.body = std::move(message.body());
+    bodyBytes_ = request.body.size();
+    begun_ = std::chrono::steady_clock::now();
     send(router_.answer(request), message.keep_alive());
 }
 
@@ -126,10 +136,12 @@ void Connection::onReadError(Error error)
 
 void Connection::send(Response response, bool keepAlive)
 {
+    if (journal_ != nullptr) journal_->note(head_, bodyBytes_, response, begun_);
     message_.emplace();
     message_->result(response.status);
     message_->set(wire::field::server, "pvwapi-service");
     message_->set(wire::field::content_type, response.contentType);
+    for (const auto& [name, value] : response.headers) message_->set(name, value);
     message_->keep_alive(keepAlive);
     message_->body() = std::move(response.body);
     message_->prepare_payload();

@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+#include "service/http/Journal.h"
 #include "service/http/Router.h"
 
 namespace service::http {
@@ -29,7 +30,7 @@ struct ConnectionLimits {
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
     Connection(boost::asio::ip::tcp::socket socket, const Router& router, const ConnectionLimits& limits,
-               std::shared_ptr<void> slot);
+               Journal* journal, std::shared_ptr<void> slot);
 
     void start();
 
@@ -40,6 +41,7 @@ private:
 
     void readHeader();
     void onHeader(Error error);
+    void readHead();
     void sendContinue();
     void readBody();
     void onBody(Error error);
@@ -52,9 +54,13 @@ private:
     boost::beast::tcp_stream stream_;
     const Router& router_;
     const ConnectionLimits& limits_;
+    Journal* journal_;            // none where nobody wants a line
     std::shared_ptr<void> slot_;  // held while the connection counts
     boost::beast::flat_buffer buffer_;
     std::optional<Parser> parser_;
+    RequestHead head_;
+    std::size_t bodyBytes_ = 0;
+    Journal::Moment begun_ = std::chrono::steady_clock::now();
     std::optional<Message> message_;
     std::size_t drained_ = 0;
 };

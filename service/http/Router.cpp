@@ -1,41 +1,61 @@
 #include "service/http/Router.h"
 
+#include <array>
+
 #include "service/base/Refusal.h"
 #include "service/base/Text.h"
 #include "service/commands/Commands.h"
 #include "service/commands/Reply.h"
 #include "service/http/Form.h"
 #include "service/http/Multipart.h"
+#include "service/http/Ready.h"
 #include "service/rules/Icons.h"
 
 namespace service::http {
 
 namespace {
 
-constexpr std::string_view kOperationPath = "/kznconnect/op.do";
 constexpr std::string_view kUploadPath = "/kznconnect/upload.do";
 constexpr std::uint64_t kFormBytes = 16ULL * 1024 * 1024;
 constexpr std::uint64_t kUploadFieldBytes = 64ULL * 1024;  // the other fields of an upload
 
-std::string_view pathOf(std::string_view target)
+Response notServed(std::string_view reason)
 {
-    return target.substr(0, target.find('?'));
-}
-
-std::string_view queryOf(std::string_view target)
-{
-    const std::size_t at = target.find('?');
-    return at == std::string_view::npos ? std::string_view() : target.substr(at + 1);
+    Response response;
+    response.body = commands::failureText(reason, exceptionid::kUnknownEndpoint);
+    return response;
 }
 
 }  // namespace
 
-Response refusal(unsigned status, std::string_view reason, std::string_view exceptionID)
+struct Router::Place {
+    std::string_view path;
+    bool folder;              // what stands below is meant
+    std::string_view method;  // empty where any is taken
+    Response (Router::*answer)(const Request& request) const;
+};
+
+const Router::Place* Router::placeOf(std::string_view path)
 {
-    Response response;
-    response.status = status;
-    response.body = commands::failureText(reason, exceptionID);
-    return response;
+    static constexpr std::array kPlaces{
+        Place{"/kznconnect/op.do", false, "", &Router::operation},
+        Place{kUploadPath, false, "POST", &Router::upload},
+        Place{"/kznconnect/nullsession.do", false, "", &Router::nullSession},
+        Place{rules::kIconPath, true, "GET", &Router::icon},
+        Place{"/kzndms", false, "", &Router::documents},
+        Place{"/kzndms/", true, "", &Router::documents},
+        Place{"/ready", false, "GET", &Router::ready},
+    };
+    for (const Place& place : kPlaces) {
+        if (place.folder ? path.starts_with(place.path) : path == place.path) return &place;
+    }
+    return nullptr;
+}
+
+std::optional<Response> Router::refused(const RequestHead& head) const
+{
+    if (head.method == "POST" || head.method == "GET") return std::nullopt;
+    return refusal(405, "only post and get are answered here", exceptionid::kBadRequest);
 }
 
 std::uint64_t Router::bodyLimit(std::string_view target) const
@@ -46,10 +66,17 @@ std::uint64_t Router::bodyLimit(std::string_view target) const
 Response Router::answer(const Request& request) const
 {
     const std::string_view path = pathOf(request.target);
-    if (path == kOperationPath) return operation(request);
-    if (path == kUploadPath && request.isPost) return upload(request);
-    if (path.starts_with(rules::kIconPath) && !request.isPost) return icon(request.target);
+    const Place* const place = placeOf(path);
+    if (place != nullptr && (place->method.empty() || place->method == request.method)) {
+        return (this->*place->answer)(request);
+    }
     return refusal(404, "there is nothing at " + quoted(path), exceptionid::kUnknownEndpoint);
+}
+
+void Router::carryOut(Response& response, const Form& form, const Upload* upload) const
+{
+    response.operation = {form.text("cmd"), form.text("task")};
+    response.body = commands::answerForm(database_, settings_, form, upload);
 }
 
 // The form comes in the body of a post, or after the "?" of a get.
@@ -57,9 +84,9 @@ Response Router::operation(const Request& request) const
 {
     Response response;
     try {
-        const Form form =
-            Form::fromUrlEncoded(request.isPost ? std::string_view(request.body) : queryOf(request.target));
-        response.body = commands::answerForm(database_, settings_, form);
+        carryOut(response,
+                 Form::fromUrlEncoded(request.isPost() ? std::string_view(request.body) : queryOf(request.target)),
+                 nullptr);
     } catch (const Refusal& failure) {
         response.body = commands::failureText(failure.what(), failure.exceptionID());
     }
@@ -71,7 +98,7 @@ Response Router::upload(const Request& request) const
     Response response;
     try {
         const MultipartForm parts = readMultipart(request.contentType, request.body);
-        response.body = commands::answerForm(database_, settings_, parts.form, parts.hasFile ? &parts.file : nullptr);
+        carryOut(response, parts.form, parts.hasFile ? &parts.file : nullptr);
     } catch (const Refusal& failure) {
         response.body = commands::failureText(failure.what(), failure.exceptionID());
     }
@@ -79,11 +106,11 @@ Response Router::upload(const Request& request) const
 }
 
 // A picture has no reply around it, so the status tells what became of it; the body of a failure says why.
-Response Router::icon(std::string_view target) const
+Response Router::icon(const Request& request) const
 {
     try {
-        const std::string_view name = pathOf(target).substr(rules::kIconPath.size());
-        const Form form = Form::fromUrlEncoded(queryOf(target));
+        const std::string_view name = pathOf(request.target).substr(rules::kIconPath.size());
+        const Form form = Form::fromUrlEncoded(queryOf(request.target));
         Response response;
         response.body = commands::iconContent(database_, settings_, std::string(name), form.text("cred"));
         response.contentType = rules::pictureType(response.body);
@@ -92,6 +119,25 @@ Response Router::icon(std::string_view target) const
         const bool missing = failure.exceptionID() == std::string_view(exceptionid::kNoSuchObject);
         return refusal(missing ? 404 : 403, failure.what(), failure.exceptionID());
     }
+}
+
+// Clients know these two addresses. Whoever asks there is told what is missing, in the form that it can read.
+Response Router::nullSession(const Request& /*request*/) const
+{
+    return notServed("this service opens no sessions without a user: every request goes to /kznconnect/op.do");
+}
+
+Response Router::documents(const Request& /*request*/) const
+{
+    return notServed("this service keeps no documents: there is nothing behind /kzndms");
+}
+
+Response Router::ready(const Request& /*request*/) const
+{
+    Response response;
+    response.contentType = kJsonType;
+    response.body = readyText(settings_) + '\n';
+    return response;
 }
 
 }  // namespace service::http

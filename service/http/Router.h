@@ -1,42 +1,44 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "service/Context.h"
+#include "service/http/Message.h"
 
 namespace service::http {
 
-struct Request {
-    bool isPost = false;
-    std::string target;  // path and query, as sent
-    std::string contentType;
-    std::string body;
-};
+class Form;
 
-struct Response {
-    unsigned status = 200;
-    std::string contentType = "text/xml; charset=utf-8";
-    std::string body;
-};
-
-// A reply for a request that never reached a command.
-Response refusal(unsigned status, std::string_view reason, std::string_view exceptionID);
-
+// Finds who answers a request.
 class Router {
 public:
     Router(store::Database& database, const Settings& settings) : database_(database), settings_(settings) {}
+
+    // What is refused before its body is read; nothing where the request may go on.
+    std::optional<Response> refused(const RequestHead& head) const;
 
     Response answer(const Request& request) const;
 
     // How large a body this target takes.
     std::uint64_t bodyLimit(std::string_view target) const;
 
+    const Settings& settings() const { return settings_; }
+
 private:
+    struct Place;
+
     Response operation(const Request& request) const;
     Response upload(const Request& request) const;
-    Response icon(std::string_view target) const;
+    Response icon(const Request& request) const;
+    Response nullSession(const Request& request) const;
+    Response documents(const Request& request) const;
+    Response ready(const Request& request) const;
+    void carryOut(Response& response, const Form& form, const Upload* upload) const;
+
+    static const Place* placeOf(std::string_view path);
 
     store::Database& database_;
     const Settings& settings_;

@@ -21,7 +21,7 @@ std::string textOf(const boost::asio::ip::tcp::endpoint& address)
 
 Server::Server(boost::asio::io_context& io, const boost::asio::ip::tcp::endpoint& address, const Router& router,
                const ConnectionLimits& limits)
-    : acceptor_(io), pause_(io), router_(router), limits_(limits)
+    : acceptor_(io), pause_(io), router_(router), limits_(limits), journal_(std::clog)
 {
     try {
         acceptor_.open(address.protocol());
@@ -37,6 +37,11 @@ Server::Server(boost::asio::io_context& io, const boost::asio::ip::tcp::endpoint
 std::string Server::address() const
 {
     return textOf(acceptor_.local_endpoint());
+}
+
+unsigned short Server::port() const
+{
+    return acceptor_.local_endpoint().port();
 }
 
 void Server::accept()
@@ -55,7 +60,9 @@ void Server::onAccepted(const boost::system::error_code& error, boost::asio::ip:
         return acceptLater();
     }
     if (static_cast<std::size_t>(slots_.use_count()) <= limits_.connections) {
-        std::make_shared<Connection>(std::move(socket), router_, limits_, slots_)->start();
+        std::make_shared<Connection>(std::move(socket), router_, limits_,
+                                     router_.settings().verbose ? &journal_ : nullptr, slots_)
+            ->start();
     }
     accept();
 }

@@ -21,6 +21,7 @@ public:
 
     // The address with the port that was really taken, as "127.0.0.1:8420".
     std::string address() const;
+    unsigned short port() const;
 
 private:
     void accept();
@@ -31,6 +32,7 @@ private:
     boost::asio::steady_timer pause_;
     const Router& router_;
     ConnectionLimits limits_;
+    Journal journal_;
     std::shared_ptr<int> slots_ = std::make_shared<int>();  // as many uses as connections, and one
 };
 

@@ -5,6 +5,7 @@
 
 #include <stdexcept>
 
+#include "service/base/System.h"
 #include "service/store/Schema.h"
 
 namespace service::store {
@@ -95,8 +96,16 @@ Database::Database(const std::string& path)
     try {
         open(path);
     } catch (const std::exception& error) {
-        throw std::runtime_error("the data file " + path + " cannot be used: " + error.what());
+        throw std::runtime_error("the data file " + path + " cannot be used: " + error.what() + holderText(path));
     }
+}
+
+// Who has the file, where that is why it cannot be had.
+std::string Database::holderText(const std::string& path) const
+{
+    if (!handle_ || sqlite3_errcode(handle_.get()) != SQLITE_BUSY) return {};
+    const std::optional<long long> holder = lockHolder(path);
+    return holder ? " by process " + std::to_string(*holder) : std::string();
 }
 
 void Database::open(const std::string& path)

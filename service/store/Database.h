@@ -64,6 +64,9 @@ private:
     int bound_ = 0;
 };
 
+// The path of a data file that is no file: the state lives as long as the service.
+inline constexpr const char* kInMemory = ":memory:";
+
 // The data file. Every statement is prepared once; the SQL texts are constants, which outlive it.
 class Database {
 public:
@@ -100,6 +103,7 @@ public:
 private:
     friend class Rows;
     void open(const std::string& path);
+    std::string holderText(const std::string& path) const;
     int changes() const;
     StatementHandle take(std::string_view sql);
     void giveBack(std::string_view sql, StatementHandle statement);

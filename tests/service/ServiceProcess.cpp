@@ -99,9 +99,10 @@ std::string ServiceProcess::firstLine()
 unsigned short ServiceProcess::port()
 {
     const std::string line = firstLine();
-    const std::size_t colon = line.rfind(':');
-    if (colon == std::string::npos) throw std::runtime_error("the service did not start: " + errors());
-    return static_cast<unsigned short>(std::stoul(line.substr(colon + 1)));
+    constexpr std::string_view kHost = "127.0.0.1:";
+    const std::size_t host = line.find(kHost);
+    if (host == std::string::npos) throw std::runtime_error("the service did not start: " + errors());
+    return static_cast<unsigned short>(std::stoul(line.substr(host + kHost.size())));
 }
 
 void ServiceProcess::signal(int number) const
@@ -115,6 +116,11 @@ int ServiceProcess::wait()
     waitpid(pid_, &status, 0);
     pid_ = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+std::string ServiceProcess::errorLine() const
+{
+    return readAll(errors_, true);
 }
 
 std::string ServiceProcess::errors()

@@ -36,13 +36,17 @@ public:
     // The first line of its standard output, once it is there; empty where it ended without one.
     std::string firstLine();
 
-    // The port of that line.
+    // The port of that line, which may be one of JSON.
     unsigned short port();
 
+    pid_t pid() const { return pid_; }
     void signal(int number) const;
 
     // Waits for its end; the exit status, or minus the signal that ended it.
     int wait();
+
+    // The next line of standard error.
+    std::string errorLine() const;
 
     // What stood on standard error when it ended.
     std::string errors();

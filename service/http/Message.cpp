@@ -1,0 +1,26 @@
+#include "service/http/Message.h"
+
+#include "service/commands/Reply.h"
+
+namespace service::http {
+
+Response refusal(unsigned status, std::string_view reason, std::string_view exceptionID)
+{
+    Response response;
+    response.status = status;
+    response.body = commands::failureText(reason, exceptionID);
+    return response;
+}
+
+std::string_view pathOf(std::string_view target)
+{
+    return target.substr(0, target.find('?'));
+}
+
+std::string_view queryOf(std::string_view target)
+{
+    const std::size_t at = target.find('?');
+    return at == std::string_view::npos ? std::string_view() : target.substr(at + 1);
+}
+
+}  // namespace service::http

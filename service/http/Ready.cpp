@@ -1,0 +1,20 @@
+#include "service/http/Ready.h"
+
+#include <nlohmann/json.hpp>
+
+#include "service/Context.h"
+#include "service/base/System.h"
+
+namespace service::http {
+
+std::string readyText(const Settings& settings, const std::string& /*token*/)
+{
+    nlohmann::ordered_json line;
+    line["ready"] = true;
+    line["url"] = settings.baseURL + "/kznconnect/op.do";
+    line["version"] = PVWAPI_VERSION;
+    line["pid"] = processID();
+    return line.dump();
+}
+
+}  // namespace service::http
