@@ -39,7 +39,7 @@ public:
         settings_.sessionDuration = 1LL << 40;  // longer than any run
         fs::create_directories(folder_);
         service::store::Database database((folder_ / "first").string());
-        service::seed::fill(database, "demo");
+        service::seed::fillDemo(database);
         const Response reply = service::http::Router(database, settings_)
                                    .answer({"POST", "/kznconnect/op.do", "application/x-www-form-urlencoded",
                                             "cmd=login&username=anna&password=anna-demo-1"});

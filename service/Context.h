@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "service/base/Clock.h"
 #include "service/store/Sessions.h"
 
 namespace service {
@@ -12,12 +13,14 @@ namespace store {
 class Database;
 }
 
-// What the operator decided when the service was started.
+// What the operator decided when the service was started, and may decide anew by its control.
 struct Settings {
     long long sessionDuration = 7'200'000;          // milliseconds
     std::uint64_t maxUpload = 64ULL * 1024 * 1024;  // bytes of a picture
     bool verbose = false;                           // a line for each request
-    std::string baseURL;                            // where this service is reached, known once it listens
+    unsigned short port = 0;                        // where it listens
+    Clock clock;
+    std::string baseURL;  // where this service is reached, known once it listens
 };
 
 // A file that came with a request.

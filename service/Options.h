@@ -4,6 +4,7 @@
 #include <string>
 
 #include "service/Context.h"
+#include "service/remote/Command.h"
 
 namespace service {
 
@@ -11,10 +12,13 @@ namespace service {
 struct Options {
     std::string dataFile;
     boost::asio::ip::tcp::endpoint listen;
-    std::string seed;  // empty, or the name of an organisation to begin with
+    std::string seed;          // empty, or "demo", or a file: what to begin with
+    std::string controlToken;  // empty where one is to be made
     bool readyJson = false;
     bool endWithParent = false;
     Settings settings;
+    bool controls = false;  // another service, as `command` says
+    remote::Command command;
 };
 
 // How reading the command line ended: go on, or leave at once with this exit status.

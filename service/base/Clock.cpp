@@ -6,10 +6,35 @@
 
 namespace service {
 
-long long nowMs()
+namespace {
+
+long long machineTime()
 {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+}
+
+// The number that stands at a place of the text; nothing where it is none.
+std::optional<int> digitsAt(std::string_view text, std::size_t at, std::size_t length)
+{
+    int value = 0;
+    for (const char c : text.substr(at, length)) {
+        if (c < '0' || c > '9') return std::nullopt;
+        value = value * 10 + (c - '0');
+    }
+    return value;
+}
+
+}  // namespace
+
+long long Clock::now() const
+{
+    return machineTime() + offset_;
+}
+
+void Clock::set(long long moment)
+{
+    offset_ = moment - machineTime();
 }
 
 std::string timeText(long long ms)
@@ -20,6 +45,28 @@ std::string timeText(long long ms)
     std::array<char, 32> text{};
     const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
     return {text.data(), length};
+}
+
+std::optional<long long> momentOf(std::string_view text)
+{
+    constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
+    if (text.size() != kShape.size()) return std::nullopt;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (kShape[i] != '0' && text[i] != kShape[i]) return std::nullopt;
+    }
+    const auto year = digitsAt(text, 0, 4);
+    const auto month = digitsAt(text, 5, 2);
+    const auto day = digitsAt(text, 8, 2);
+    const auto hour = digitsAt(text, 11, 2);
+    const auto minute = digitsAt(text, 14, 2);
+    const auto second = digitsAt(text, 17, 2);
+    if (!year || !month || !day || !hour || !minute || !second) return std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year(*year), std::chrono::month(static_cast<unsigned>(*month)),
+                                           std::chrono::day(static_cast<unsigned>(*day))};
+    if (!date.ok() || *hour > 23 || *minute > 59 || *second > 59) return std::nullopt;
+    const auto moment = std::chrono::sys_days(date) + std::chrono::hours(*hour) + std::chrono::minutes(*minute) +
+                        std::chrono::seconds(*second);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count();
 }
 
 }  // namespace service

@@ -1,13 +1,32 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace service {
 
-// Milliseconds since 1970.
-long long nowMs();
+// The service's own time, in milliseconds since 1970. It runs like the machine's, ahead of it or behind, so
+// that what expires can be seen to expire without waiting.
+class Clock {
+public:
+    long long now() const;
+
+    long long offset() const { return offset_; }
+    void setOffset(long long ms) { offset_ = ms; }
+
+    // From now on it is this moment, and time goes on from there.
+    void set(long long moment);
+    void advance(long long ms) { offset_ += ms; }
+
+private:
+    long long offset_ = 0;
+};
 
 // How a moment looks in a reply, for example "2026-02-01T09:30:00Z".
 std::string timeText(long long ms);
+
+// The moment of such a text; nothing for any other.
+std::optional<long long> momentOf(std::string_view text);
 
 }  // namespace service

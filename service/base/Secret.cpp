@@ -7,6 +7,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "service/base/Text.h"
+
 namespace service {
 
 namespace {
@@ -34,17 +36,6 @@ std::string hashWith(const std::string& secret, const std::string& setting)
     const char* const hash = crypt_r(secret.c_str(), setting.c_str(), scratch.get());
     if (hash == nullptr || hash[0] == '*') throw std::runtime_error("the password hash failed");
     return hash;
-}
-
-// Compares all of both, wherever they first differ.
-bool sameText(const std::string& a, const std::string& b)
-{
-    if (a.size() != b.size()) return false;
-    unsigned difference = 0;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        difference |= static_cast<unsigned>(static_cast<unsigned char>(a[i]) ^ static_cast<unsigned char>(b[i]));
-    }
-    return difference == 0;
 }
 
 }  // namespace

@@ -129,6 +129,16 @@ std::string quoted(std::string_view text)
     return out + '"';
 }
 
+bool sameText(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size()) return false;
+    unsigned difference = 0;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        difference |= static_cast<unsigned>(static_cast<unsigned char>(a[i]) ^ static_cast<unsigned char>(b[i]));
+    }
+    return difference == 0;
+}
+
 std::string_view trimmed(std::string_view text)
 {
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);

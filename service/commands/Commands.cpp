@@ -117,7 +117,7 @@ std::string answerForm(store::Database& database, const Settings& settings, cons
                        const Upload* upload)
 {
     try {
-        Context context{database, settings, nowMs(), {}, upload};
+        Context context{database, settings, settings.clock.now(), {}, upload};
         const Command& command = findCommand(form.required("cmd"));
         return answerInTransaction(context, command, form);
     } catch (const Refusal& refusal) {

@@ -32,7 +32,7 @@ void manageSpaceIcon(Context& context, const xml::Node& xml, Reply& reply)
 std::string iconContent(store::Database& database, const Settings& settings, const std::string& iconName,
                         const std::string& cred)
 {
-    Context context{database, settings, nowMs(), {}, nullptr};
+    Context context{database, settings, settings.clock.now(), {}, nullptr};
     context.session = liveSession(context, cred);
     std::optional<store::Icon> icon = store::findIcon(database, iconName);
     if (!icon) throw Refusal(exceptionid::kNoSuchObject, "there is no icon " + quoted(iconName));

@@ -96,6 +96,10 @@ void Connection::readHead()
     begun_ = std::chrono::steady_clock::now();
     head_.method = textOf(message.method_string());
     head_.target = textOf(message.target());
+    head_.host = textOf(message[wire::field::host]);
+    head_.origin = textOf(message[wire::field::origin]);
+    head_.fetchSite = textOf(message["Sec-Fetch-Site"]);
+    head_.authorization = textOf(message[wire::field::authorization]);
 }
 
 void Connection::sendContinue()

@@ -11,6 +11,10 @@ namespace service::http {
 struct RequestHead {
     std::string method;
     std::string target;  // path and query, as sent
+    std::string host;
+    std::string origin;
+    std::string fetchSite;
+    std::string authorization;
 };
 
 struct Request {

@@ -6,6 +6,8 @@
 #include "service/base/Text.h"
 #include "service/commands/Commands.h"
 #include "service/commands/Reply.h"
+#include "service/control/Control.h"
+#include "service/control/Guard.h"
 #include "service/http/Form.h"
 #include "service/http/Multipart.h"
 #include "service/http/Ready.h"
@@ -17,6 +19,7 @@ namespace {
 
 constexpr std::string_view kUploadPath = "/kznconnect/upload.do";
 constexpr std::uint64_t kFormBytes = 16ULL * 1024 * 1024;
+constexpr std::uint64_t kControlBytes = 256ULL * 1024 * 1024;
 constexpr std::uint64_t kUploadFieldBytes = 64ULL * 1024;  // the other fields of an upload
 
 Response notServed(std::string_view reason)
@@ -24,6 +27,17 @@ Response notServed(std::string_view reason)
     Response response;
     response.body = commands::failureText(reason, exceptionid::kUnknownEndpoint);
     return response;
+}
+
+Response nothingAt(std::string_view path)
+{
+    return refusal(404, "there is nothing at " + quoted(path), exceptionid::kUnknownEndpoint);
+}
+
+Response forbidden(const RequestHead& head, const std::string& why)
+{
+    if (head.target.starts_with(control::kControlPath)) return control::errorResponse(403, why);
+    return refusal(403, why, exceptionid::kAccessDenied);
 }
 
 }  // namespace
@@ -45,6 +59,7 @@ const Router::Place* Router::placeOf(std::string_view path)
         Place{"/kzndms", false, "", &Router::documents},
         Place{"/kzndms/", true, "", &Router::documents},
         Place{"/ready", false, "GET", &Router::ready},
+        Place{control::kControlPath, true, "", &Router::controlled},
     };
     for (const Place& place : kPlaces) {
         if (place.folder ? path.starts_with(place.path) : path == place.path) return &place;
@@ -54,12 +69,26 @@ const Router::Place* Router::placeOf(std::string_view path)
 
 std::optional<Response> Router::refused(const RequestHead& head) const
 {
+    if (!control::isOwnHost(head.host, settings_.port))
+        return forbidden(head, "the Host header does not name this service");
+    if (!control::isOwnOrigin(head.origin, settings_.port) || !control::isOwnSite(head.fetchSite)) {
+        return forbidden(head, "a page of another site is behind this request");
+    }
+    if (control_ != nullptr && head.target.starts_with(control::kControlPath)) return withoutToken(head);
     if (head.method == "POST" || head.method == "GET") return std::nullopt;
     return refusal(405, "only post and get are answered here", exceptionid::kBadRequest);
 }
 
+std::optional<Response> Router::withoutToken(const RequestHead& head) const
+{
+    if (control::bearsToken(head.authorization, control_->token())) return std::nullopt;
+    return control::errorResponse(401,
+                                  "this needs the header \"Authorization: Bearer TOKEN\" with the control's token");
+}
+
 std::uint64_t Router::bodyLimit(std::string_view target) const
 {
+    if (target.starts_with(control::kControlPath)) return kControlBytes;
     return pathOf(target) == kUploadPath ? settings_.maxUpload + kUploadFieldBytes : kFormBytes;
 }
 
@@ -70,7 +99,7 @@ Response Router::answer(const Request& request) const
     if (place != nullptr && (place->method.empty() || place->method == request.method)) {
         return (this->*place->answer)(request);
     }
-    return refusal(404, "there is nothing at " + quoted(path), exceptionid::kUnknownEndpoint);
+    return nothingAt(path);
 }
 
 void Router::carryOut(Response& response, const Form& form, const Upload* upload) const
@@ -138,6 +167,11 @@ Response Router::ready(const Request& /*request*/) const
     response.contentType = kJsonType;
     response.body = readyText(settings_) + '\n';
     return response;
+}
+
+Response Router::controlled(const Request& request) const
+{
+    return control_ == nullptr ? nothingAt(pathOf(request.target)) : control_->answer(request);
 }
 
 }  // namespace service::http

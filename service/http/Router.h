@@ -8,6 +8,10 @@
 #include "service/Context.h"
 #include "service/http/Message.h"
 
+namespace service::control {
+class Control;
+}
+
 namespace service::http {
 
 class Form;
@@ -15,7 +19,11 @@ class Form;
 // Finds who answers a request.
 class Router {
 public:
-    Router(store::Database& database, const Settings& settings) : database_(database), settings_(settings) {}
+    // Without a control nothing is answered below its path.
+    Router(store::Database& database, const Settings& settings, control::Control* control = nullptr)
+        : database_(database), settings_(settings), control_(control)
+    {
+    }
 
     // What is refused before its body is read; nothing where the request may go on.
     std::optional<Response> refused(const RequestHead& head) const;
@@ -36,12 +44,15 @@ private:
     Response nullSession(const Request& request) const;
     Response documents(const Request& request) const;
     Response ready(const Request& request) const;
+    Response controlled(const Request& request) const;
+    std::optional<Response> withoutToken(const RequestHead& head) const;
     void carryOut(Response& response, const Form& form, const Upload* upload) const;
 
     static const Place* placeOf(std::string_view path);
 
     store::Database& database_;
     const Settings& settings_;
+    control::Control* control_;
 };
 
 }  // namespace service::http

@@ -1,13 +1,10 @@
 #pragma once
 
-namespace service::store {
-class Database;
-}
+#include <string_view>
 
 namespace service::seed {
 
-// A small design office: four people, three workspaces and a template, open invitations and libraries. README.md lists
-// who and what.
-void fillDemo(store::Database& database);
+// The seed of the demo organisation, a small design office; README.md lists who and what.
+std::string_view demoText();
 
 }  // namespace service::seed

@@ -1,21 +1,54 @@
 #include "service/seed/Seed.h"
 
-#include <stdexcept>
+#include <fstream>
+#include <iterator>
 
 #include "service/seed/Demo.h"
+#include "service/seed/Filling.h"
 #include "service/store/Database.h"
 #include "service/store/Users.h"
 
 namespace service::seed {
 
-std::string fill(store::Database& database, const std::string& name)
+Json load(const std::string& nameOrFile)
+{
+    if (nameOrFile == "demo") return parseJson(demoText());
+    std::ifstream file(nameOrFile, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file) throw std::runtime_error("the seed " + nameOrFile + " cannot be read");
+    try {
+        return parseJson(text);
+    } catch (const JsonError& error) {
+        throw JsonError("the seed " + nameOrFile + " cannot be used: " + error.what());
+    }
+}
+
+void fill(store::Database& database, const Settings& settings, const Json& seed)
+{
+    JsonObject lists(seed, "the seed");
+    const Filling filling{database, settings};
+    store::Savepoint savepoint(database);
+    for (const Json& each : lists.list("organisations")) filling.organisation(each);
+    for (const Json& each : lists.list("users")) filling.user(each);
+    for (const Json& each : lists.list("libraries")) filling.library(each);
+    for (const Json& each : lists.list("workspaces")) filling.workspace(each);
+    lists.end();
+    savepoint.keep();
+}
+
+void fillDemo(store::Database& database)
+{
+    fill(database, Settings(), load("demo"));
+}
+
+std::string fillEmpty(store::Database& database, const Settings& settings, const Json& seed)
 {
     if (store::hasUsers(database)) return "the data file holds users already: nothing was changed";
-    if (name != "demo") throw std::runtime_error("there is no seed called " + name);
     store::Transaction transaction(database);
-    fillDemo(database);
+    fill(database, settings, seed);
     transaction.commit();
-    return "the data file was filled with the demo organisation";
+    const std::size_t users = seed.contains("users") ? seed.at("users").size() : 0;
+    return "the data file was filled with " + std::to_string(users) + " users";
 }
 
 }  // namespace service::seed

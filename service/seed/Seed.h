@@ -2,14 +2,24 @@
 
 #include <string>
 
-namespace service::store {
-class Database;
-}
+#include "service/Context.h"
+#include "service/base/Json.h"
 
+// What a service begins with: organisations, users, libraries and workspaces, as JSON. docs/service-control.md says
+// how it is written, and demo.json is one.
 namespace service::seed {
 
-// Fills an empty data file with the named organisation and says what it did. A file that holds users already is left
-// exactly as it is.
-std::string fill(store::Database& database, const std::string& name);
+// The seed called "demo", or the one in that file; throws std::runtime_error where there is none that can be read.
+Json load(const std::string& nameOrFile);
+
+// Puts what the seed holds into a state that holds none of it; it becomes all there, or not at all. Throws JsonError
+// where the seed is none, or contradicts itself.
+void fill(store::Database& database, const Settings& settings, const Json& seed);
+
+// The same for a data file that may have been filled before, which is then left exactly as it is. Says what it did.
+std::string fillEmpty(store::Database& database, const Settings& settings, const Json& seed);
+
+// The demo organisation, in the machine's own time.
+void fillDemo(store::Database& database);
 
 }  // namespace service::seed

@@ -86,6 +86,13 @@ void Rows::bind(Bytes value)
     if (result != SQLITE_OK) fail(database_.handle_.get());
 }
 
+void Rows::bind(const std::vector<Value>& values)
+{
+    for (const Value& value : values) {
+        std::visit([this](const auto& held) { bind(held); }, value);
+    }
+}
+
 void Rows::bindNumber(long long value)
 {
     if (sqlite3_bind_int64(statement_.get(), ++bound_, value) != SQLITE_OK) fail(database_.handle_.get());

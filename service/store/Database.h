@@ -4,8 +4,11 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
 #include <vector>
 
 struct sqlite3;
@@ -27,6 +30,9 @@ class Database;
 struct Bytes {
     std::string_view content;
 };
+
+// What a column holds.
+using Value = std::variant<long long, std::string_view, Bytes>;
 
 // The rows of one query, read forwards. It holds its prepared statement and gives it back when it goes.
 class Rows {
@@ -51,6 +57,7 @@ private:
 
     void bind(std::string_view value);
     void bind(Bytes value);
+    void bind(const std::vector<Value>& values);
     template <std::integral Number>
     void bind(Number value)
     {
@@ -97,6 +104,9 @@ public:
         return rows.text(0);
     }
 
+    // Keeps a text that is no constant, so that it outlives the statement that is prepared of it.
+    std::string_view kept(std::string sql) { return *kept_.insert(std::move(sql)).first; }
+
     // Several statements without values.
     void script(const char* sql);
 
@@ -109,6 +119,7 @@ private:
     void giveBack(std::string_view sql, StatementHandle statement);
 
     std::unique_ptr<sqlite3, CloseDatabase> handle_;
+    std::set<std::string> kept_;
     std::map<std::string_view, std::vector<StatementHandle>> idle_;
 };
 

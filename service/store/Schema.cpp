@@ -120,7 +120,14 @@ CREATE TABLE activity (
     PRIMARY KEY (workspace_id, user_id)) WITHOUT ROWID;
 )sql";
 
-constexpr std::array kVersions{kVersion1, kVersion2};
+// Version 3: what is decided about the service itself while it runs.
+constexpr const char* kVersion3 = R"sql(
+CREATE TABLE service_setting (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
+CREATE TABLE fault (
+    fault_id INTEGER PRIMARY KEY, description TEXT NOT NULL, seen INTEGER NOT NULL, struck INTEGER NOT NULL);
+)sql";
+
+constexpr std::array kVersions{kVersion1, kVersion2, kVersion3};
 
 long long pragma(Database& database, std::string_view sql)
 {
@@ -139,6 +146,11 @@ void checkOwnership(Database& database, long long version)
 }
 
 }  // namespace
+
+long long schemaVersion()
+{
+    return static_cast<long long>(kVersions.size());
+}
 
 void upgradeSchema(Database& database)
 {

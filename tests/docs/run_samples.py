@@ -99,6 +99,7 @@ await_service()
 # The service of the samples listens where nobody else does, and the one of this machine's user stays out of it.
 SERVICE = """\
 #!/usr/bin/env bash
+[ "$1" != control ] || exec {program} "$@"
 exec {program} "$@" --listen 127.0.0.1:$SAMPLE_PORT
 """
 

@@ -16,12 +16,12 @@ protected:
         // Whatever was sent, the service serves the next caller.
         EXPECT_NE(signIn(port_, "anna"), "");
     }
-};
 
-std::string head(const std::string& more)
-{
-    return "POST /kznconnect/op.do HTTP/1.1\r\nHost: h\r\n" + more + "\r\n";
-}
+    std::string head(const std::string& more) const
+    {
+        return "POST /kznconnect/op.do HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port_) + "\r\n" + more + "\r\n";
+    }
+};
 
 TEST_F(Hostile, FormsAreRefusedWithAReason)
 {

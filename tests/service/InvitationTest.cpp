@@ -2,8 +2,7 @@
 
 #include <csignal>
 
-#include "service/base/Clock.h"
-#include "service/seed/Demo.h"
+#include "service/seed/Seed.h"
 #include "service/store/Database.h"
 #include "tests/service/DemoService.h"
 
@@ -20,7 +19,7 @@ protected:
     StoredInvitation()
     {
         seed::fillDemo(database_);
-        const auto open = store::invitationsVisibleTo(database_, "user-clara", nowMs());
+        const auto open = store::invitationsVisibleTo(database_, "user-clara", Clock().now());
         EXPECT_EQ(open.size(), 1U);
         if (!open.empty()) invitation_ = open.front();
     }
@@ -215,7 +214,7 @@ TEST_F(InvitationStates, ExpiredIsToldToMembersAndCannotBeAccepted)
     const std::string id = invited("clara");
     process_.signal(SIGTERM);
     EXPECT_EQ(process_.wait(), 0);
-    store::Database(folder_.file("data")).run("UPDATE invitation SET expires = ?", nowMs());
+    store::Database(folder_.file("data")).run("UPDATE invitation SET expires = ?", Clock().now());
 
     ServiceProcess later(ServiceProcess::on(folder_.file("data")));
     User anna(later.port(), "anna");

@@ -2,7 +2,7 @@
 #include <csignal>
 
 #include "service/base/Secret.h"
-#include "service/seed/Demo.h"
+#include "service/seed/Seed.h"
 #include "service/store/Database.h"
 #include "service/store/Organisations.h"
 #include "service/store/Users.h"

@@ -129,7 +129,8 @@ TEST(Process, LosesNothingThatItAnsweredWhenItIsKilled)
             made.push_back(spaceID);
         }
         Talk unanswered(process.port());
-        unanswered.sendRaw("POST /kznconnect/op.do HTTP/1.1\r\nContent-Length: 200\r\n\r\ncmd=execute&task=AddTabs");
+        unanswered.sendRaw("POST /kznconnect/op.do HTTP/1.1\r\nHost: " + unanswered.host() +
+                           "\r\nContent-Length: 200\r\n\r\ncmd=execute&task=AddTabs");
         process.signal(SIGKILL);
         EXPECT_EQ(process.wait(), -SIGKILL);
     }

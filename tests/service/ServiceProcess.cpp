@@ -118,6 +118,11 @@ int ServiceProcess::wait()
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
+std::string ServiceProcess::output() const
+{
+    return readAll(output_, false);
+}
+
 std::string ServiceProcess::errorLine() const
 {
     return readAll(errors_, true);

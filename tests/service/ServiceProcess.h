@@ -45,6 +45,9 @@ public:
     // Waits for its end; the exit status, or minus the signal that ended it.
     int wait();
 
+    // All of its standard output that was not read before.
+    std::string output() const;
+
     // The next line of standard error.
     std::string errorLine() const;
 

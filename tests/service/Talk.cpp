@@ -68,16 +68,28 @@ Talk::Talk(unsigned short port) : socket_(io_)
 
 HttpReply Talk::post(const std::string& target, const std::string& body, const std::string& contentType)
 {
-    const std::string head = "POST " + target + " HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: " + contentType +
-                             "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n";
-    sendRaw(head + body);
+    return send("POST", target, body, "Content-Type: " + contentType + "\r\n");
+}
+
+HttpReply Talk::send(const std::string& method, const std::string& target, const std::string& body,
+                     const std::string& headers)
+{
+    std::string head = method + ' ' + target + " HTTP/1.1\r\n" + headers;
+    if (headers.find("Host:") == std::string::npos) head += "Host: " + host() + "\r\n";
+    if (!body.empty() || method != "GET") head += "Content-Length: " + std::to_string(body.size()) + "\r\n";
+    sendRaw(head + "\r\n" + body);
     return readReply();
+}
+
+std::string Talk::host() const
+{
+    boost::system::error_code ignored;
+    return "127.0.0.1:" + std::to_string(socket_.remote_endpoint(ignored).port());
 }
 
 HttpReply Talk::get(const std::string& target)
 {
-    sendRaw("GET " + target + " HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n");
-    return readReply();
+    return send("GET", target, {}, {});
 }
 
 HttpReply Talk::readReply()

@@ -37,6 +37,13 @@ public:
                    const std::string& contentType = "application/x-www-form-urlencoded");
     HttpReply get(const std::string& target);
 
+    // Any method; `headers` are whole lines. Without a Host of theirs the service's own goes out.
+    HttpReply send(const std::string& method, const std::string& target, const std::string& body,
+                   const std::string& headers);
+
+    // What a Host header has to say.
+    std::string host() const;
+
     // Any bytes; a peer that has gone is no error.
     void sendRaw(std::string_view bytes);
 

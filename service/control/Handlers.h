@@ -1,0 +1,54 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "service/Context.h"
+#include "service/base/Json.h"
+
+// Every resource under /control/, each a small function in the file that its topic names. What they change is one
+// transaction with the request.
+namespace service::control {
+
+// What cannot be done as asked: the status of the reply, and one line that says why.
+class ControlError : public std::runtime_error {
+public:
+    ControlError(unsigned status, const std::string& why) : std::runtime_error(why), status_(status) {}
+
+    unsigned status() const { return status_; }
+
+private:
+    unsigned status_;
+};
+
+// What the resources work on.
+struct Desk {
+    store::Database& database;
+    Settings& settings;
+    const Json& seed;  // what the service was started with; null where that was nothing
+};
+
+// One request for a resource.
+struct Call {
+    std::string name;          // what stands behind the resource's own path
+    std::string organisation;  // of the query; empty where it names none
+    Json body;                 // null where there was none
+};
+
+// StateResources.cpp
+Json reset(Desk& desk, const Call& call);
+Json seedWith(Desk& desk, const Call& call);
+Json exportState(Desk& desk, const Call& call);
+Json importState(Desk& desk, const Call& call);
+
+// ClockResource.cpp
+Json showClock(Desk& desk, const Call& call);
+Json setClock(Desk& desk, const Call& call);
+Json advanceClock(Desk& desk, const Call& call);
+Json machineClock(Desk& desk, const Call& call);
+
+// PolicyResource.cpp
+Json showPolicy(Desk& desk, const Call& call);
+Json changePolicy(Desk& desk, const Call& call);
+
+}  // namespace service::control
