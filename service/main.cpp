@@ -8,6 +8,7 @@
 #include "service/base/Secret.h"
 #include "service/base/System.h"
 #include "service/control/Control.h"
+#include "service/faults/Faults.h"
 #include "service/http/Ready.h"
 #include "service/http/Server.h"
 #include "service/seed/Seed.h"
@@ -34,12 +35,13 @@ void openAndServe(service::Options& options)
     service::store::NewFile file(options.dataFile);
     service::store::Database database(options.dataFile);
     file.opened();
-    service::control::Control control(database, options.settings, seed,
+    service::faults::Faults faults(database);
+    service::control::Control control(database, options.settings, faults, seed,
                                       options.controlToken.empty() ? service::newCredential() : options.controlToken);
     if (!seed.is_null()) std::clog << service::seed::fillEmpty(database, options.settings, seed) << std::endl;
 
     boost::asio::io_context io(1);
-    const service::http::Router router(database, options.settings, &control);
+    const service::http::Router router(database, options.settings, &control, &faults);
     const service::http::ConnectionLimits limits;
     const service::http::Server server(io, options.listen, router, limits);
     options.settings.baseURL = "http://" + server.address();

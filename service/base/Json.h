@@ -6,10 +6,9 @@
 #include <string>
 #include <string_view>
 
-namespace service {
+#include "service/base/JsonForward.h"
 
-// Members stay in the order in which they were written.
-using Json = nlohmann::ordered_json;
+namespace service {
 
 // What was sent or read is not what is described; one line that says where and why.
 class JsonError : public std::runtime_error {

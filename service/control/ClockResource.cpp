@@ -33,9 +33,9 @@ Json setClock(Desk& desk, const Call& call)
     const std::string text = body.text("time", {});
     const long long now = body.number("now", -1, kEarliest, kLatest);
     body.end();
-    if (text.empty() == (now < 0)) throw ControlError(400, "either \"time\" or \"now\" has to be there");
+    if (text.empty() == (now < 0)) throw ControlError(400, R"(either "time" or "now" has to be there)");
     const std::optional<long long> moment = text.empty() ? now : momentOf(text);
-    if (!moment) throw ControlError(400, "\"time\" has to look like \"2026-02-01T09:30:00Z\"");
+    if (!moment) throw ControlError(400, R"("time" has to look like "2026-02-01T09:30:00Z")");
     desk.settings.clock.set(*moment);
     return keep(desk);
 }

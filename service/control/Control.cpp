@@ -8,6 +8,7 @@
 #include "service/base/Refusal.h"
 #include "service/base/Text.h"
 #include "service/control/Handlers.h"
+#include "service/faults/Faults.h"
 #include "service/http/Form.h"
 #include "service/store/Database.h"
 #include "service/store/ServiceSettings.h"
@@ -39,6 +40,10 @@ constexpr std::array kResources{
     Resource{"POST", "clock/advance", Kind::one, advanceClock},
     Resource{"GET", "policy", Kind::one, showPolicy},
     Resource{"PUT", "policy", Kind::one, changePolicy},
+    Resource{"GET", "faults", Kind::one, showFaults},
+    Resource{"POST", "faults", Kind::one, addFaults},
+    Resource{"DELETE", "faults", Kind::one, clearFaults},
+    Resource{"DELETE", "faults/", Kind::folder, clearFault},
 };
 
 Json list(Desk& /*desk*/, const Call& /*call*/)
@@ -101,13 +106,19 @@ http::Response errorResponse(unsigned status, const std::string& why)
     return response;
 }
 
-Control::Control(store::Database& database, Settings& settings, Json seed, std::string token)
-    : database_(database), settings_(settings), seed_(std::move(seed)), token_(std::move(token))
+Control::Control(store::Database& database, Settings& settings, faults::Faults& faults, Json seed, std::string token)
+    : database_(database), settings_(settings), faults_(faults), seed_(std::move(seed)), token_(std::move(token))
 {
-    settings_.clock.setOffset(store::clockOffset(database_));
+    follow();
 }
 
-// The clock follows the data file, also where what was changed is undone.
+// Clock and faults follow the data file, also where what was changed is undone.
+void Control::follow()
+{
+    settings_.clock.setOffset(store::clockOffset(database_));
+    faults_.reload();
+}
+
 Json Control::carryOut(const http::Request& request)
 {
     const std::string_view path = http::pathOf(request.target).substr(kControlPath.size());
@@ -124,20 +135,27 @@ http::Response Control::answer(const http::Request& request)
 {
     http::Response response;
     try {
-        response = jsonResponse(200, carryOut(request));
-    } catch (const ControlError& error) {
-        response = errorResponse(error.status(), error.what());
-    } catch (const JsonError& error) {
-        response = errorResponse(400, error.what());
-    } catch (const Refusal& refusal) {
-        response = errorResponse(400, refusal.what());
+        response = attempt(request);
+        follow();
     } catch (const std::exception& error) {
         std::clog << "a request failed: " << error.what() << std::endl;
         response = errorResponse(500, "the service could not carry out the request");
     }
-    settings_.clock.setOffset(store::clockOffset(database_));
     response.operation.command = "control";
     return response;
+}
+
+http::Response Control::attempt(const http::Request& request)
+{
+    try {
+        return jsonResponse(200, carryOut(request));
+    } catch (const ControlError& error) {
+        return errorResponse(error.status(), error.what());
+    } catch (const JsonError& error) {
+        return errorResponse(400, error.what());
+    } catch (const Refusal& refusal) {
+        return errorResponse(400, refusal.what());
+    }
 }
 
 }  // namespace service::control

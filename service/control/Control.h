@@ -7,6 +7,10 @@
 #include "service/base/Json.h"
 #include "service/http/Message.h"
 
+namespace service::faults {
+class Faults;
+}
+
 namespace service::control {
 
 inline constexpr std::string_view kControlPath = "/control/";
@@ -15,7 +19,7 @@ inline constexpr std::string_view kControlPath = "/control/";
 class Control {
 public:
     // The seed is what a reset leads back to.
-    Control(store::Database& database, Settings& settings, Json seed, std::string token);
+    Control(store::Database& database, Settings& settings, faults::Faults& faults, Json seed, std::string token);
 
     const std::string& token() const { return token_; }
 
@@ -24,10 +28,13 @@ public:
     http::Response answer(const http::Request& request);
 
 private:
+    http::Response attempt(const http::Request& request);
     Json carryOut(const http::Request& request);
+    void follow();
 
     store::Database& database_;
     Settings& settings_;
+    faults::Faults& faults_;
     Json seed_;
     std::string token_;
 };

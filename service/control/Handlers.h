@@ -51,4 +51,10 @@ Json machineClock(Desk& desk, const Call& call);
 Json showPolicy(Desk& desk, const Call& call);
 Json changePolicy(Desk& desk, const Call& call);
 
+// FaultResources.cpp
+Json showFaults(Desk& desk, const Call& call);
+Json addFaults(Desk& desk, const Call& call);
+Json clearFaults(Desk& desk, const Call& call);
+Json clearFault(Desk& desk, const Call& call);
+
 }  // namespace service::control

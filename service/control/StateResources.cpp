@@ -1,6 +1,8 @@
 #include "service/control/Handlers.h"
+#include "service/faults/Fault.h"
 #include "service/seed/Seed.h"
 #include "service/store/Database.h"
+#include "service/store/FaultRows.h"
 #include "service/store/Schema.h"
 #include "service/store/ServiceSettings.h"
 #include "service/store/State.h"
@@ -56,6 +58,7 @@ Json importState(Desk& desk, const Call& call)
                        call.body.at("schema").get<long long>() > store::schemaVersion();
     if (newer) throw ControlError(409, "a newer service has written this state");
     store::replaceState(desk.database, call.body);
+    for (const store::FaultRow& row : store::faultRows(desk.database)) faults::faultOf(parseJson(row.description));
     return summary(desk);
 }
 

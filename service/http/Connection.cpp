@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "service/base/Refusal.h"
+#include "service/faults/Delivery.h"
 
 namespace service::http {
 
@@ -141,6 +142,7 @@ void Connection::onReadError(Error error)
 void Connection::send(Response response, bool keepAlive)
 {
     if (journal_ != nullptr) journal_->note(head_, bodyBytes_, response, begun_);
+    if (response.fault) return deliver(response, keepAlive);
     message_.emplace();
     message_->result(response.status);
     message_->set(wire::field::server, "pvwapi-service");
@@ -152,6 +154,16 @@ void Connection::send(Response response, bool keepAlive)
     stream_.expires_after(limits_.write);
     wire::async_write(stream_, *message_,
                       [self = shared_from_this()](Error error, std::size_t) { self->onWritten(error); });
+}
+
+void Connection::deliver(const Response& response, bool keepAlive)
+{
+    std::make_shared<faults::Delivery>(stream_, faults::planFor(*response.fault, response, keepAlive),
+                                       [self = shared_from_this(), keepAlive] {
+                                           if (keepAlive) return self->readHeader();
+                                           self->finish();
+                                       })
+        ->start();
 }
 
 void Connection::onWritten(Error error)

@@ -47,6 +47,7 @@ private:
     void onBody(Error error);
     void onReadError(Error error);
     void send(Response response, bool keepAlive);
+    void deliver(const Response& response, bool keepAlive);
     void onWritten(Error error);
     void finish();
     void drain();

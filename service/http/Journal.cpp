@@ -44,6 +44,11 @@ std::string resultText(const Response& response)
     return "FAILURE " + word(between(response.body, "<exceptionID>", "</exceptionID>"));
 }
 
+std::string faultText(const Response& response)
+{
+    return response.fault ? " fault " + std::string(faults::kindName(response.fault->kind)) : std::string();
+}
+
 std::string millisecondsText(std::chrono::steady_clock::duration time)
 {
     std::array<char, 32> text{};
@@ -61,7 +66,7 @@ void Journal::note(const RequestHead& head, std::size_t bodyBytes, const Respons
                              word(pathOf(head.target)) + ' ' + operationText(response.operation) + ' ' +
                              std::to_string(bodyBytes) + '>' + std::to_string(response.body.size()) + " B " +
                              std::to_string(response.status) + ' ' + resultText(response) + ' ' +
-                             millisecondsText(time) + '\n';
+                             millisecondsText(time) + faultText(response) + '\n';
     out_ << line << std::flush;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "service/faults/Fault.h"
 
 namespace service::http {
 
@@ -38,6 +41,7 @@ struct Response {
     std::string body;
     std::vector<std::pair<std::string, std::string>> headers;  // beyond those that every reply has
     Operation operation;                                       // empty where it was not one
+    std::optional<faults::Fault> fault;                        // how it goes wrong on its way
 };
 
 inline constexpr const char* kJsonType = "application/json";

@@ -8,6 +8,7 @@
 #include "service/commands/Reply.h"
 #include "service/control/Control.h"
 #include "service/control/Guard.h"
+#include "service/faults/Faults.h"
 #include "service/http/Form.h"
 #include "service/http/Multipart.h"
 #include "service/http/Ready.h"
@@ -102,10 +103,20 @@ Response Router::answer(const Request& request) const
     return nothingAt(path);
 }
 
+// A fault may strike the call; true where that stands in the place of carrying it out.
+bool Router::isStruckDown(Response& response) const
+{
+    if (faults_ == nullptr) return false;
+    response.fault = faults_->strike(response.operation);
+    if (!response.fault || !faults::isInstead(response.fault->kind)) return false;
+    response.body = commands::failureText(response.fault->reason, response.fault->exceptionID);
+    return true;
+}
+
 void Router::carryOut(Response& response, const Form& form, const Upload* upload) const
 {
     response.operation = {form.text("cmd"), form.text("task")};
-    response.body = commands::answerForm(database_, settings_, form, upload);
+    if (!isStruckDown(response)) response.body = commands::answerForm(database_, settings_, form, upload);
 }
 
 // The form comes in the body of a post, or after the "?" of a get.
@@ -141,6 +152,8 @@ Response Router::icon(const Request& request) const
         const std::string_view name = pathOf(request.target).substr(rules::kIconPath.size());
         const Form form = Form::fromUrlEncoded(queryOf(request.target));
         Response response;
+        response.operation.command = "icon";
+        if (isStruckDown(response)) return response;
         response.body = commands::iconContent(database_, settings_, std::string(name), form.text("cred"));
         response.contentType = rules::pictureType(response.body);
         return response;

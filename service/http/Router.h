@@ -11,6 +11,9 @@
 namespace service::control {
 class Control;
 }
+namespace service::faults {
+class Faults;
+}
 
 namespace service::http {
 
@@ -19,9 +22,10 @@ class Form;
 // Finds who answers a request.
 class Router {
 public:
-    // Without a control nothing is answered below its path.
-    Router(store::Database& database, const Settings& settings, control::Control* control = nullptr)
-        : database_(database), settings_(settings), control_(control)
+    // Without a control nothing is answered below its path; without faults all goes well.
+    Router(store::Database& database, const Settings& settings, control::Control* control = nullptr,
+           faults::Faults* faults = nullptr)
+        : database_(database), settings_(settings), control_(control), faults_(faults)
     {
     }
 
@@ -47,12 +51,14 @@ private:
     Response controlled(const Request& request) const;
     std::optional<Response> withoutToken(const RequestHead& head) const;
     void carryOut(Response& response, const Form& form, const Upload* upload) const;
+    bool isStruckDown(Response& response) const;
 
     static const Place* placeOf(std::string_view path);
 
     store::Database& database_;
     const Settings& settings_;
     control::Control* control_;
+    faults::Faults* faults_;
 };
 
 }  // namespace service::http

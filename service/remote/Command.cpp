@@ -111,6 +111,30 @@ void addPolicy(CLI::App& control, Command& command, const std::shared_ptr<Words>
     });
 }
 
+// Words that begin like JSON are it; others name a file of it.
+std::string faultBody(const std::string& words)
+{
+    const std::string_view text = trimmed(words);
+    return text.starts_with('{') || text.starts_with('[') ? words : readFile(words);
+}
+
+void addFaults(CLI::App& control, Command& command, const std::shared_ptr<Words>& words)
+{
+    CLI::App* const faults = control.add_subcommand("faults", "What goes wrong, and how often it did");
+    faults->require_subcommand(0, 1);
+    faults->callback([&command, faults] {
+        if (faults->get_subcommands().empty()) ask(command, "GET", "faults");
+    });
+    CLI::App* const add = faults->add_subcommand("add", "Let something go wrong");
+    add->add_option("FAULT", words->first, "JSON, or a file of it; - is standard input")->required();
+    add->callback([&command, words] { ask(command, "POST", "faults", [words] { return faultBody(words->first); }); });
+    CLI::App* const clear = faults->add_subcommand("clear", "Let all go well again");
+    clear->add_option("ID", words->first, "Only this one");
+    clear->callback([&command, words] {
+        ask(command, "DELETE", words->first.empty() ? "faults" : "faults/" + encoded(words->first));
+    });
+}
+
 int deliver(const Command& command, const Reply& reply)
 {
     constexpr unsigned kGood = 200;
@@ -144,6 +168,7 @@ CLI::App* addCommand(CLI::App& app, Command& command)
     addState(*control, command, words);
     addClock(*control, command, words);
     addPolicy(*control, command, words);
+    addFaults(*control, command, words);
     return control;
 }
 

@@ -41,7 +41,7 @@ long long tabType(const std::string& shows, const std::string& where)
     if (shows.empty()) return rules::kPlainTab;
     if (shows == "discussion") return rules::kDiscussionTab;
     if (shows == "files") return rules::kFilesTab;
-    throw JsonError(where + ": \"shows\" is \"discussion\" or \"files\", or is not there");
+    throw JsonError(where + R"(: "shows" is "discussion" or "files", or is not there)");
 }
 
 std::vector<store::AppTab> tabsOf(const Json& list)
@@ -223,7 +223,7 @@ void Filling::members(Context& creator, const std::string& workspaceID, JsonObje
         const std::string userID = userIDOf(database_, member.text("user"), workspace.name());
         const std::string role = member.text("role", "member");
         if (role != "member" && role != "administrator") {
-            throw JsonError(member.name() + ": \"role\" is \"member\" or \"administrator\"");
+            throw JsonError(member.name() + R"(: "role" is "member" or "administrator")");
         }
         member.end();
         store::insertMember(database_, workspaceID, userID, creator.now);

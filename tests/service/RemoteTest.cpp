@@ -106,6 +106,22 @@ TEST_F(Remote, TurnsSwitches)
     EXPECT_EQ(run({"policy", "VoIPExt", "perhaps"}).status, 2);
 }
 
+TEST_F(Remote, SetsFaults)
+{
+    const std::string fault = R"({"fault": "failure", "exceptionID": "KZN:Set"})";
+    const json one = json::parse(good({"faults", "add", fault})).at("faults").at(0);
+    EXPECT_EQ(one.at("exceptionID"), "KZN:Set");
+    EXPECT_FAILURE(form(port_, "cmd=fly"), "KZN:Set");
+    EXPECT_EQ(json::parse(good({"faults"})).at("faults").at(0).at("struck"), 1);
+    std::ofstream(folder_.file("faults.json")) << "[" << fault << ", " << fault << "]";
+    EXPECT_EQ(json::parse(good({"faults", "add", folder_.file("faults.json")})).at("faults").size(), 3U);
+    EXPECT_EQ(json::parse(good({"faults", "clear", std::to_string(one.at("id").get<int>())})).at("faults").size(), 2U);
+    EXPECT_EQ(json::parse(good({"faults", "clear"})).at("faults").size(), 0U);
+    EXPECT_EQ(run({"faults", "add", R"({"fault": "fly"})"}).status, 1);
+    EXPECT_EQ(run({"faults", "add", folder_.file("none")}).status, 2);
+    EXPECT_EQ(run({"faults", "clear", "7"}).status, 1);
+}
+
 TEST_F(Remote, TheTokenMayStandInTheEnvironment)
 {
     ASSERT_EQ(setenv("PVWAPI_CONTROL_TOKEN", kToken, 1), 0);
