@@ -73,7 +73,7 @@ const Resource& findResource(const std::string& method, std::string_view path)
     }
     if (others.empty())
         throw ControlError(404, "there is nothing at " + service::quoted(std::string(kControlPath).append(path)));
-    throw ControlError(405, "this takes " + others);
+    throw ControlError(405, "this takes " + others, others);
 }
 
 Call callOf(const http::Request& request, const Resource& resource, std::string_view path)
@@ -101,8 +101,6 @@ http::Response errorResponse(unsigned status, const std::string& why)
 {
     http::Response response = jsonResponse(status, Json{{"error", why}});
     if (status == 401) response.headers.emplace_back("WWW-Authenticate", "Bearer");
-    constexpr std::string_view kTakes = "this takes ";
-    if (status == 405 && why.starts_with(kTakes)) response.headers.emplace_back("Allow", why.substr(kTakes.size()));
     return response;
 }
 
@@ -150,7 +148,9 @@ http::Response Control::attempt(const http::Request& request)
     try {
         return jsonResponse(200, carryOut(request));
     } catch (const ControlError& error) {
-        return errorResponse(error.status(), error.what());
+        http::Response response = errorResponse(error.status(), error.what());
+        if (!error.allowed().empty()) response.headers.emplace_back("Allow", error.allowed());
+        return response;
     } catch (const JsonError& error) {
         return errorResponse(400, error.what());
     } catch (const Refusal& refusal) {

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "service/Context.h"
 #include "service/base/Json.h"
@@ -13,12 +14,18 @@ namespace service::control {
 // What cannot be done as asked: the status of the reply, and one line that says why.
 class ControlError : public std::runtime_error {
 public:
-    ControlError(unsigned status, const std::string& why) : std::runtime_error(why), status_(status) {}
+    // `allowed`: the methods that a resource has, where the one asked for is none of them.
+    ControlError(unsigned status, const std::string& why, std::string allowed = {})
+        : std::runtime_error(why), status_(status), allowed_(std::move(allowed))
+    {
+    }
 
     unsigned status() const { return status_; }
+    const std::string& allowed() const { return allowed_; }
 
 private:
     unsigned status_;
+    std::string allowed_;
 };
 
 // What the resources work on.

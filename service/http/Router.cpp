@@ -148,19 +148,20 @@ Response Router::upload(const Request& request) const
 // A picture has no reply around it, so the status tells what became of it; the body of a failure says why.
 Response Router::icon(const Request& request) const
 {
+    Response response;
+    response.operation.command = "icon";
+    if (isStruckDown(response)) return response;
     try {
         const std::string_view name = pathOf(request.target).substr(rules::kIconPath.size());
         const Form form = Form::fromUrlEncoded(queryOf(request.target));
-        Response response;
-        response.operation.command = "icon";
-        if (isStruckDown(response)) return response;
         response.body = commands::iconContent(database_, settings_, std::string(name), form.text("cred"));
         response.contentType = rules::pictureType(response.body);
-        return response;
     } catch (const Refusal& failure) {
         const bool missing = failure.exceptionID() == std::string_view(exceptionid::kNoSuchObject);
-        return refusal(missing ? 404 : 403, failure.what(), failure.exceptionID());
+        response.status = missing ? 404 : 403;
+        response.body = commands::failureText(failure.what(), failure.exceptionID());
     }
+    return response;
 }
 
 // Clients know these two addresses. Whoever asks there is told what is missing, in the form that it can read.

@@ -44,6 +44,10 @@ TEST_F(Control, RefusesWhatThereIsNot)
     EXPECT_THAT(refused(400, "PUT", "clock"), HasSubstr("object"));
     EXPECT_THAT(refused(400, "POST", "reset", R"({"emtpy": true})"), HasSubstr("\"emtpy\""));
     EXPECT_THAT(refused(400, "POST", "reset", R"({"empty": 1})"), HasSubstr("true or false"));
+    Talk talk(port_);
+    talk.sendRaw("PUT /control/faults HTTP/1.1\r\nConnection: close\r\nHost: " + talk.host() +
+                 "\r\nAuthorization: Bearer " + kToken + "\r\n\r\n");
+    EXPECT_THAT(talk.readToEnd(), HasSubstr("\r\nAllow: GET, POST, DELETE\r\n"));
     EXPECT_NE(signIn(port_, "anna"), "");
 }
 

@@ -81,6 +81,11 @@ TEST_F(FaultChoice, NeitherControlNorReadyIsStruck)
     EXPECT_EQ(counts().at("seen"), 0);
     EXPECT_EQ(Talk(port_).get("/kzndms/icon/none").status, 0U);
     EXPECT_EQ(counts().at("struck"), 1);
+    done("DELETE", "faults");
+    set(R"({"fault": "charset", "charset": "koi8-r", "operation": "icon"})");
+    const HttpReply denied = Talk(port_).get("/kzndms/icon/none");
+    EXPECT_EQ(denied.status, 403U);
+    EXPECT_EQ(denied.contentType, "text/xml; charset=koi8-r");
     done("POST", "reset");
     EXPECT_EQ(done("GET", "faults").at("faults"), json::array());
     expectWell();
