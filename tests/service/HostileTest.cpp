@@ -111,6 +111,19 @@ TEST_F(Hostile, XmlThatIsNoXmlIsRefused)
     EXPECT_FAILURE(anna.execute("RunScript", deep), "KZN:LimitExceeded");
 }
 
+// A name that XML does not have would make everything that shows it unreadable, for good where it is kept.
+TEST_F(Hostile, NamesThatXmlDoesNotHaveNeitherStayNorComeBack)
+{
+    User anna(port_, "anna");
+    const std::string autumn = anna.spaceNamed("Autumn catalogue");
+    const std::string thing = "<thing><thingName>n</thingName><ext><KZN><meetingRecording><workspaceID>" + autumn +
+                              "</workspaceID><x\xC3\x97/></meetingRecording></KZN></ext></thing>";
+    EXPECT_FAILURE(anna.call("cmd=create&type=thng&xml=" + encoded(thing)), "KZN:BadXml");
+    EXPECT_FAILURE(anna.call("cmd=create&type=thng&xml=" + thing), "KZN:BadXml");
+    EXPECT_FAILURE(anna.execute("ProbeAccess", "<tests><x\xC3\x97/></tests>"), "KZN:BadXml");
+    EXPECT_SUCCESS(User(port_, "ben").script("<step><cmd>list</cmd><type>thng</type></step>"));
+}
+
 TEST_F(Hostile, AnythingElseIsNotFound)
 {
     for (const std::string target :
