@@ -61,11 +61,9 @@ std::string inviteOne(Context& context, store::Invitation& invitation)
     if (!invitation.userID.empty() && store::isMember(context.database, invitation.workspaceID, invitation.userID)) {
         return "alreadyMember";
     }
-    for (const store::Invitation& open :
-         store::invitationsVisibleTo(context.database, context.session.userID, context.now)) {
-        const bool sameInvitee =
-            open.descriptor == invitation.descriptor || (!open.userID.empty() && open.userID == invitation.userID);
-        if (open.workspaceID == invitation.workspaceID && sameInvitee) return "alreadyInvited";
+    if (store::openInvitation(context.database, invitation.workspaceID, invitation.descriptor, invitation.userID,
+                              context.now)) {
+        return "alreadyInvited";
     }
     store::deleteInvitationsOf(context.database, invitation.workspaceID, invitation.descriptor, invitation.userID);
     store::insertInvitation(context.database, invitation);

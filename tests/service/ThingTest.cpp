@@ -1,9 +1,5 @@
-#include "service/commands/Commands.h"
-#include "service/http/Form.h"
-#include "service/seed/Demo.h"
-#include "service/store/Database.h"
 #include "service/store/Things.h"
-#include "tests/service/DemoService.h"
+#include "tests/service/InnerService.h"
 
 namespace service::test {
 
@@ -11,25 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// What the service answers to forms, without a process and a connection.
-class StoredThings : public testing::Test {
-protected:
-    StoredThings() { seed::fillDemo(database_); }
-
-    std::string answer(const std::string& body)
-    {
-        return commands::answerForm(database_, settings_, http::Form::fromUrlEncoded(body));
-    }
-
-    std::string credOf(const std::string& name)
-    {
-        return textAt(answer("cmd=login&username=" + name + "&password=" + name + "-demo-1"), kCred);
-    }
-
-    TemporaryFolder folder_;
-    store::Database database_{folder_.file("data")};
-    Settings settings_;
-};
+class StoredThings : public InnerService {};
 
 // Data files of earlier versions may hold one.
 TEST_F(StoredThings, OneThatCannotBeReadIsShownWithoutItsExtension)
