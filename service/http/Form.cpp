@@ -23,7 +23,9 @@ std::string decodedOrRefused(std::string_view name, std::string_view value)
 {
     std::optional<std::string> text = percentDecoded(value);
     if (!text) refuse("the form field " + quoted(name) + " holds a broken percent escape");
-    if (!isXmlText(*text)) refuse("the form field " + quoted(name) + " is not UTF-8 text");
+    if (const std::string fault = faultOf(*text); !fault.empty()) {
+        refuse("the form field " + quoted(name) + " holds " + fault);
+    }
     return std::move(*text);
 }
 

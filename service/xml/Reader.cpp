@@ -26,7 +26,8 @@ std::string decoded(std::string text, Texts texts)
 {
     if (texts == Texts::plain || text.empty()) return text;
     std::optional<std::string> plain = percentDecoded(text);
-    if (!plain || !isXmlText(*plain)) refuse("a percent-encoded text cannot be read");
+    if (!plain) refuse("a text holds a broken percent escape");
+    if (const std::string fault = faultOf(*plain); !fault.empty()) refuse("a text holds " + fault);
     return std::move(*plain);
 }
 
