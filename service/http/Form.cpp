@@ -75,6 +75,13 @@ bool Form::has(std::string_view name) const
     return find(name) != nullptr;
 }
 
+void Form::expectFields(std::initializer_list<std::string_view> names) const
+{
+    for (const Field& field : fields_) {
+        if (std::ranges::find(names, field.name) == names.end()) refuse("unknown form field " + quoted(field.name));
+    }
+}
+
 std::string Form::text(std::string_view name) const
 {
     const Field* const field = find(name);
