@@ -52,17 +52,21 @@ void findInvitee(const Context& context, store::Invitation& invitation)
     }
 }
 
-// The state of one invitation in the answer: open from now on, or why there was no need for it. What became of an
-// earlier one is forgotten then.
+// The state of one invitation in the answer: open from now on, or why there was no need for it, with the role that
+// stands. What became of an earlier one is forgotten then.
 std::string inviteOne(Context& context, store::Invitation& invitation)
 {
     rules::requireAdministrator(context, invitation.workspaceID);
     findInvitee(context, invitation);
     if (!invitation.userID.empty() && store::isMember(context.database, invitation.workspaceID, invitation.userID)) {
+        invitation.inviteAs = rules::strongestRole(context, invitation.workspaceID, invitation.userID);
         return "alreadyMember";
     }
-    if (store::openInvitation(context.database, invitation.workspaceID, invitation.descriptor, invitation.userID,
-                              context.now)) {
+    if (const auto open = store::openInvitation(context.database, invitation.workspaceID, invitation.descriptor,
+                                                invitation.userID, context.now)) {
+        invitation.inviteAs = open->inviteAs;
+        invitation.method = open->method;
+        invitation.providerID = open->providerID;
         return "alreadyInvited";
     }
     store::deleteInvitationsOf(context.database, invitation.workspaceID, invitation.descriptor, invitation.userID);

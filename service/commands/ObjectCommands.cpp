@@ -15,6 +15,8 @@ namespace service::commands {
 
 namespace {
 
+constexpr std::string_view kMeetingRecord = "MeetingRecording";
+
 // A favourite, or any other named thing of the caller's that points to a workspace.
 void createWorkspaceThing(Context& context, const xml::Node& xml, Reply& reply)
 {
@@ -32,6 +34,7 @@ void createWorkspaceThing(Context& context, const xml::Node& xml, Reply& reply)
     reply.payload.add("workspaceThing").add("thingID", thing.thingID);
 }
 
+// A meeting's record belongs to a workspace, any other thing to nobody but its owner.
 void createThing(Context& context, const xml::Node& xml, Reply& reply)
 {
     expectElement(xml, "thing");
@@ -39,8 +42,10 @@ void createThing(Context& context, const xml::Node& xml, Reply& reply)
     thing.thingID = newID("thng");
     thing.userID = context.session.userID;
     thing.name = requiredName(xml, "thingName");
-    thing.workspaceID = xml.textAt("ext/KZN/meetingRecording/workspaceID");
-    if (!thing.workspaceID.empty()) rules::requireMember(context, thing.workspaceID);
+    if (thing.name == kMeetingRecord || xml.at("ext/KZN/meetingRecording") != nullptr) {
+        thing.workspaceID = requiredID(xml, "ext/KZN/meetingRecording/workspaceID");
+        rules::requireMember(context, thing.workspaceID);
+    }
     const xml::Node* const extension = xml.child("ext");
     xml::append(thing.extension, extension == nullptr ? xml::Node("ext") : *extension);
     thing.created = context.now;

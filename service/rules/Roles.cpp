@@ -23,6 +23,15 @@ bool isAdministratorRole(std::string_view roleID)
     return roleID == kCreator || roleID == kSpaceAdmin;
 }
 
+std::string strongestRole(const Context& context, const std::string& workspaceID, const std::string& userID)
+{
+    const std::vector<std::string> roles = store::rolesOf(context.database, workspaceID, userID);
+    for (const char* const role : {kCreator, kSpaceAdmin}) {
+        if (std::ranges::find(roles, role) != roles.end()) return role;
+    }
+    return kSpaceMember;
+}
+
 bool isAdministrator(const Context& context, const std::string& workspaceID, const std::string& userID)
 {
     const std::vector<std::string> roles = store::rolesOf(context.database, workspaceID, userID);

@@ -18,6 +18,9 @@ std::string_view roleName(std::string_view roleID);
 // A creator administers the workspace like an administrator.
 bool isAdministratorRole(std::string_view roleID);
 
+// Of several roles of a member the one that allows most.
+std::string strongestRole(const Context& context, const std::string& workspaceID, const std::string& userID);
+
 bool isAdministrator(const Context& context, const std::string& workspaceID, const std::string& userID);
 int administratorCount(const Context& context, const std::string& workspaceID);
 

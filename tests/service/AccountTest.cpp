@@ -166,6 +166,11 @@ TEST_F(Events, MeetingRecordsAreThingsOfTheWorkspace)
     };
     EXPECT_SUCCESS(record(spaceID_));
     EXPECT_FAILURE(record("none"), "KZN:NoSuchObject");
+    EXPECT_FAILURE(record(""), "KZN:BadRequest");
+    EXPECT_FAILURE(record(" "), "KZN:BadRequest");
+    EXPECT_FAILURE(anna_.call("cmd=create&type=thng&xml=<thing><thingName>MeetingRecording</thingName></thing>"),
+                   "KZN:BadRequest");
+    EXPECT_SUCCESS(anna_.call("cmd=create&type=thng&xml=<thing><thingName>Note</thingName></thing>"));
     const std::string ask =
         "<step><cmd>get</cmd><type>thng</type><where><eq><path>ext/KZN/meetingRecording/workspaceID</path><value>" +
         spaceID_ + "</value></eq></where></step>";

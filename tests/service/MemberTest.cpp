@@ -106,6 +106,29 @@ TEST_F(Members, AnInvitationAsAdministratorMakesOne)
     EXPECT_THAT(accessOf(clara_), ElementsAre("true", "true", "true"));
 }
 
+// The answer to an invitation is what stands, not what was asked for.
+TEST_F(Members, ASecondInvitationTellsTheRoleThatStands)
+{
+    const std::string result = "/kznapi/return/invitationResults/invite/";
+    const auto told = [&](const std::string& inviteAs, const std::string& method) {
+        const std::string reply = invite("clara@nordwind.example", inviteAs, method);
+        std::vector<std::string> texts;
+        for (const char* const field : {"status", "inviteAs", "inviteMethod"}) {
+            texts.push_back(textAt(reply, result + field));
+        }
+        EXPECT_EQ(textAt(reply, result + "user"), "clara@nordwind.example");
+        EXPECT_EQ(textAt(reply, result + "email"), "clara@nordwind.example");
+        return texts;
+    };
+    EXPECT_THAT(told("1", "IM"), ElementsAre("pending", "KZN:SpaceMember", "IM"));
+    EXPECT_THAT(told("2", "EMAIL"), ElementsAre("alreadyInvited", "KZN:SpaceMember", "IM"));
+    EXPECT_SUCCESS(clara_.answer(spaceID_, "accept"));
+    EXPECT_THAT(told("2", "EMAIL"), ElementsAre("alreadyMember", "KZN:SpaceMember", "EMAIL"));
+    EXPECT_SUCCESS(changeRole(anna_, "user-clara", "KZN:SpaceAdmin"));
+    EXPECT_THAT(told("1", "EMAIL"), ElementsAre("alreadyMember", "KZN:SpaceAdmin", "EMAIL"));
+    EXPECT_EQ(textAt(invite("anna", "1"), result + "inviteAs"), "KZN:Creator");
+}
+
 TEST_F(Members, InvitationsAreRejectedAndWithdrawn)
 {
     invite("user-clara", "1");
