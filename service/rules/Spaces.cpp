@@ -27,7 +27,9 @@ std::string tabIDFor(long long type)
 
 std::string makeSpace(Context& context, const NewSpace& space)
 {
+    requirePolicy(context, "HasSpaces");
     requirePolicy(context, "create-workspace");
+    if (!space.chatRoomName.empty()) requirePolicy(context, "create-chatRoom");
     const store::Session& caller = context.session;
 
     store::Workspace workspace;

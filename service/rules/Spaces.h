@@ -21,7 +21,7 @@ struct NewSpace {
 };
 
 // Makes the workspace with the caller as its creator and first member; returns its ID. Refused where the caller's
-// organisation does not let its people make workspaces.
+// organisation does not let its people have workspaces, make them, or make a room where one is wanted.
 std::string makeSpace(Context& context, const NewSpace& space);
 
 // Adds a tab and returns its ID. There is at most one discussion tab and one files tab in a workspace.
