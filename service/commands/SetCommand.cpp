@@ -29,14 +29,12 @@ void expectChange(const xml::Node& xml, std::string_view name, std::initializer_
 void orderTabs(Context& context, const std::string& workspaceID, const xml::Node& tabs)
 {
     if (tabs.children.empty()) changesNothing();
+    std::map<std::string, long long> places;
     for (const xml::Node& tab : tabs.children) {
         expectElement(tab, "tab");
-        const std::string tabID = requiredID(tab, "tabID");
-        const long long order = rules::checkedOrder(tab.textAt("tabOrder"));
-        if (!store::moveTab(context.database, workspaceID, tabID, order)) {
-            throw Refusal(exceptionid::kNoSuchObject, "the workspace has no tab " + quoted(tabID));
-        }
+        places[requiredID(tab, "tabID")] = rules::checkedOrder(tab.textAt("tabOrder"));
     }
+    rules::moveTabs(context, workspaceID, places);
 }
 
 // An edit of the name alone carries an empty description block: without a text it says nothing about the description.
@@ -68,7 +66,7 @@ void setTab(Context& context, const std::string& id, const xml::Node& xml)
     const store::Tab tab = rules::requireTab(context, id);
     if (xml.child("tabName") != nullptr) store::renameTab(context.database, tab, requiredName(xml, "tabName"));
     if (const xml::Node* const order = xml.child("tabOrder")) {
-        store::moveTab(context.database, tab.workspaceID, tab.tabID, rules::checkedOrder(order->text));
+        rules::moveTabs(context, tab.workspaceID, {{tab.tabID, rules::checkedOrder(order->text)}});
     }
     store::touchWorkspace(context.database, tab.workspaceID, context.now);
 }
