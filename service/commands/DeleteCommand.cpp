@@ -38,6 +38,7 @@ std::vector<xml::Node> namedObjects(const Context& context, const http::Form& fo
 // An invitation is withdrawn by who sent it, or by an administrator of its workspace.
 void deleteInvitation(Context& context, const xml::Node& invitation)
 {
+    rules::requireSessionFor(context, invitation.textAt("workspaceID"));
     if (invitation.textAt("ownerID") != context.session.userID) {
         rules::requireAdministrator(context, invitation.textAt("workspaceID"));
     }

@@ -50,6 +50,7 @@ void getNotificationCount(Context& context, const xml::Node& xml, Reply& reply)
         expectElement(asked, "workspace");
         const std::string workspaceID = requiredID(asked, "workspaceID");
         if (!store::isMember(context.database, workspaceID, context.session.userID)) continue;
+        if (activity && !rules::sessionMayChange(context, workspaceID)) continue;
         xml::Node& result = results.add("workspace");
         result.add("workspaceID", workspaceID);
         if (activity) {

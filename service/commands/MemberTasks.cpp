@@ -123,6 +123,7 @@ void joinSpace(Context& context, const xml::Node& xml, Reply& /*reply*/)
     if (!invitation) {
         throw Refusal(exceptionid::kNoSuchObject, "there is no open invitation of yours to " + quoted(workspaceID));
     }
+    rules::requireSessionFor(context, workspaceID);
     const bool accepted = action == "accept";
     if (accepted) {
         rules::requirePolicy(context, "JoinSpace");

@@ -121,7 +121,8 @@ CREATE TABLE activity (
 )sql";
 
 // Version 3: an invitee is found without a look at all the others; a member has a last event that needs no telling;
-// every tab has a place of its own; what those reported who have left is forgotten.
+// every tab has a place of its own; what those reported who have left is forgotten; a
+// session may end with another.
 constexpr const char* kVersion3 = R"sql(
 CREATE INDEX invitation_by_descriptor ON invitation (workspace_id, descriptor);
 CREATE INDEX invitation_by_invitee ON invitation (workspace_id, user_id);
@@ -136,6 +137,8 @@ UPDATE tab SET tab_order = place FROM (
     AS ranked
     WHERE tab.rowid = id AND workspace_id IN (
         SELECT workspace_id FROM tab GROUP BY workspace_id, tab_order HAVING count(*) > 1);
+ALTER TABLE session ADD COLUMN root TEXT NOT NULL DEFAULT '';
+CREATE INDEX session_by_root ON session (root);
 DELETE FROM activity WHERE NOT EXISTS (
     SELECT 1 FROM member WHERE member.workspace_id = activity.workspace_id AND member.user_id = activity.user_id);
 )sql";
