@@ -31,13 +31,21 @@ std::string parseListen(const std::string& text, boost::asio::ip::tcp::endpoint&
     return {};
 }
 
+// What the database takes for a file of its own, it forgets at the end.
+std::string checkDataFile(const std::string& text)
+{
+    return text.empty() || text == ":memory:" ? "must name a file, for the data to be kept" : std::string();
+}
+
 }  // namespace
 
 OptionsResult readOptions(int argc, const char* const* argv, Options& options)
 {
     CLI::App app{"The stand-in for the hosted team-workspace service.", "pvwapi-service"};
     std::string listen = kDefaultListen;
-    app.add_option("--data", options.dataFile, "The data file; made where there is none")->required();
+    app.add_option("--data", options.dataFile, "The data file; made where there is none")
+        ->required()
+        ->check(checkDataFile);
     app.add_option("--listen", listen, "Where to listen; port 0 takes a free one")
         ->capture_default_str()
         ->check([&options](const std::string& text) { return parseListen(text, options.listen); });

@@ -6,6 +6,7 @@
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
 #include <limits>
+#include <sstream>
 #include <utility>
 
 #include "service/base/Refusal.h"
@@ -39,6 +40,19 @@ Response refusalFor(const beast::error_code& error)
     return refusal(400, "this is not a request: " + error.message(), exceptionid::kBadRequest);
 }
 
+wire::response<wire::string_body> messageOf(Response response, bool keepAlive)
+{
+    wire::response<wire::string_body> message;
+    message.result(response.status);
+    message.set(wire::field::server, "pvwapi-service");
+    message.set(wire::field::content_type, response.contentType);
+    if (response.status == 405) message.set(wire::field::allow, "GET, HEAD, POST");
+    message.keep_alive(keepAlive);
+    message.body() = std::move(response.body);
+    message.prepare_payload();
+    return message;
+}
+
 bool isParseError(const beast::error_code& error)
 {
     static const beast::error_code kSample = wire::make_error_code(wire::error::bad_method);
@@ -52,6 +66,16 @@ Connection::Connection(boost::asio::ip::tcp::socket socket, const Router& router
                        std::shared_ptr<void> slot)
     : stream_(std::move(socket)), router_(router), limits_(limits), slot_(std::move(slot))
 {
+}
+
+void Connection::turnAway(boost::asio::ip::tcp::socket socket)
+{
+    std::ostringstream text;
+    text << messageOf(refusal(503, "there are too many connections", exceptionid::kLimitExceeded), false);
+    Error ignored;
+    socket.non_blocking(true, ignored);
+    socket.write_some(boost::asio::buffer(text.str()), ignored);
+    socket.shutdown(boost::asio::ip::tcp::socket::shutdown_both, ignored);
 }
 
 void Connection::start()
@@ -107,8 +131,8 @@ void Connection::onBody(Error error)
     if (error) return onReadError(error);
     auto& message = parser_->get();
     const wire::verb method = message.method();
-    if (method != wire::verb::post && method != wire::verb::get) {
-        return send(refusal(405, "only post and get are answered here", exceptionid::kBadRequest), false);
+    if (method != wire::verb::post && method != wire::verb::get && method != wire::verb::head) {
+        return send(refusal(405, "only get, head and post are answered here", exceptionid::kBadRequest), false);
     }
     Request request;
     request.isPost = method == wire::verb::post;
@@ -126,13 +150,9 @@ void Connection::onReadError(Error error)
 
 void Connection::send(Response response, bool keepAlive)
 {
-    message_.emplace();
-    message_->result(response.status);
-    message_->set(wire::field::server, "pvwapi-service");
-    message_->set(wire::field::content_type, response.contentType);
-    message_->keep_alive(keepAlive);
-    message_->body() = std::move(response.body);
-    message_->prepare_payload();
+    message_ = messageOf(std::move(response), keepAlive);
+    // What was asked for the head alone gets that of the whole answer, its length included.
+    if (parser_->get().method() == wire::verb::head) message_->body().clear();
     stream_.expires_after(limits_.write);
     wire::async_write(stream_, *message_,
                       [self = shared_from_this()](Error error, std::size_t) { self->onWritten(error); });

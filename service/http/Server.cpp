@@ -56,6 +56,8 @@ void Server::onAccepted(const boost::system::error_code& error, boost::asio::ip:
     }
     if (static_cast<std::size_t>(slots_.use_count()) <= limits_.connections) {
         std::make_shared<Connection>(std::move(socket), router_, limits_, slots_)->start();
+    } else {
+        Connection::turnAway(std::move(socket));
     }
     accept();
 }
