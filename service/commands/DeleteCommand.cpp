@@ -61,7 +61,7 @@ void deleteWorkspaceThing(Context& context, const xml::Node& thing)
 // A thing is deleted by its owner, or by an administrator of the workspace that it belongs to.
 void deleteThing(Context& context, const xml::Node& thing)
 {
-    const std::string thingID = thing.textAt("thingID");
+    const std::string& thingID = thing.textAt("thingID");
     const std::string workspaceID = store::workspaceOfThing(context.database, thingID);
     if (!workspaceID.empty()) rules::requireSessionFor(context, workspaceID);
     if (thing.textAt("userID") != context.session.userID) rules::requireAdministrator(context, workspaceID);

@@ -35,10 +35,16 @@ void addActivity(Context& context, const std::string& workspaceID, const xml::No
     result.add("activityValue", std::to_string(store::activityValue(context.database, workspaceID)));
 }
 
+// A host asks about all workspaces that it knows of: one that has gone meanwhile does not keep it from the others.
+bool isAnswered(const Context& context, const std::string& workspaceID, bool activity)
+{
+    if (activity && !rules::sessionMayChange(context, workspaceID)) return false;
+    return store::isMember(context.database, workspaceID, context.session.userID);
+}
+
 }  // namespace
 
-// One task, two questions: getCount reads the notification counts, getActivity reports counts and reads activity. A
-// host asks about all workspaces that it knows of: one that has gone meanwhile does not keep it from the others.
+// One task, two questions: getCount reads the notification counts, getActivity reports counts and reads activity.
 void getNotificationCount(Context& context, const xml::Node& xml, Reply& reply)
 {
     const bool activity = xml.name == "getActivity";
@@ -49,8 +55,7 @@ void getNotificationCount(Context& context, const xml::Node& xml, Reply& reply)
     for (const xml::Node& asked : xml.children) {
         expectElement(asked, "workspace");
         const std::string workspaceID = requiredID(asked, "workspaceID");
-        if (!store::isMember(context.database, workspaceID, context.session.userID)) continue;
-        if (activity && !rules::sessionMayChange(context, workspaceID)) continue;
+        if (!isAnswered(context, workspaceID, activity)) continue;
         xml::Node& result = results.add("workspace");
         result.add("workspaceID", workspaceID);
         if (activity) {

@@ -75,7 +75,7 @@ void logout(Context& context, const http::Form& /*form*/, Reply& /*reply*/)
     store::deleteSession(context.database, context.session.cred);
 }
 
-// A clone for a workspace can do no more than that, and ends with the session that it came from; any other is as good as
+// A clone for a workspace changes that one alone, and ends with the session that it came from; any other is as good as
 // a sign-in of its own.
 void cloneSession(Context& context, const http::Form& form, Reply& reply)
 {

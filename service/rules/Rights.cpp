@@ -43,6 +43,9 @@ Right workspaceRight(const Context& context, const WorkspaceTest& test, const st
     if (test.needs == Needs::administrator && !isAdministrator(context, workspaceID, userID)) {
         return refused("only an administrator of the workspace may do this");
     }
+    if (test.needs == Needs::administrator && !sessionMayChange(context, workspaceID)) {
+        return refused("this session was cloned for another workspace");
+    }
     return {true, {}};
 }
 

@@ -171,6 +171,18 @@ TEST_F(WorkspaceSession, JoinsNoOtherWorkspace)
     EXPECT_SUCCESS(ben_.execute("JoinSpace", accept));
 }
 
+TEST_F(WorkspaceSession, IsToldWhatItMayDo)
+{
+    const auto access = [&](const std::string& id) {
+        return textsAt(
+            execute("ProbeAccess", "<tests><get-workspace><id>" + id + "</id></get-workspace><set-workspace><id>" + id +
+                                       "</id></set-workspace></tests>"),
+            "/kznapi/return/*/access");
+    };
+    EXPECT_EQ(access(own_), (std::vector<std::string>{"true", "true"}));
+    EXPECT_EQ(access(other_), (std::vector<std::string>{"true", "false"}));
+}
+
 TEST_F(WorkspaceSession, SeesWhatItsUserSees)
 {
     EXPECT_SUCCESS(call("cmd=get&type=workspace&id=" + other_));
