@@ -7,7 +7,6 @@
 #include <boost/beast/http/string_body.hpp>
 
 #include <cstdint>
-#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <thread>
@@ -55,14 +54,14 @@ std::string ReplyServer::url() const
 
 void ReplyServer::serve(std::string_view xmlReply, std::atomic<std::size_t>& connections)
 {
-    const std::string reply = replyBytes(xmlReply);
+    reply_ = replyBytes(xmlReply);
     for (;;) {
         error_code error;
         tcp::socket socket(context_);
         acceptor_.accept(socket, error);
-        if (error) std::_Exit(EXIT_FAILURE);
+        if (error) return;
         ++connections;
-        std::thread(serveOne, std::move(socket), std::cref(reply)).detach();
+        std::thread(serveOne, std::move(socket), std::cref(reply_)).detach();
     }
 }
 

@@ -20,12 +20,13 @@ public:
 
     boost::asio::io_context& context() noexcept { return context_; }
 
-    /// Serves until the process ends, and counts the connections.
-    [[noreturn]] void serve(std::string_view xmlReply, std::atomic<std::size_t>& connections);
+    /// Serves until the process ends, or no more connections come, and counts them.
+    void serve(std::string_view xmlReply, std::atomic<std::size_t>& connections);
 
 private:
     boost::asio::io_context context_;
     boost::asio::ip::tcp::acceptor acceptor_;
+    std::string reply_;
 };
 
 }  // namespace kzn::bench

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <stdexcept>
 
 #include "bench/ReplyServer.h"
@@ -53,6 +54,7 @@ LoopbackServer::LoopbackServer(std::string_view xmlReply) : running_(std::make_s
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         server.context().notify_fork(boost::asio::execution_context::fork_child);
         server.serve(xmlReply, *running_->connections);
+        std::_Exit(EXIT_FAILURE);
     }
     server.context().notify_fork(boost::asio::execution_context::fork_parent);
 }
