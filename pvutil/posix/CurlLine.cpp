@@ -147,7 +147,6 @@ void CurlLine::setOptions() noexcept
     curl.easySetopt(easy_, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     curl.easySetopt(easy_, CURLOPT_PATH_AS_IS, 1L);
     curl.easySetopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
-    curl.easySetopt(easy_, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
     // A look-up that nobody waits for any more is left to its thread; libcurl would wait for its end.
     curl.easySetopt(easy_, CURLOPT_QUICK_EXIT, 1L);
 }
