@@ -1,11 +1,9 @@
-// Encoding values of a form: the time against one pass by a table into a string that has the room, and of a large value
-// the memory against a string that only grows.
+// Encoding values of a form, against one pass by a table into a string that has the room.
 #include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-#include "bench/HeapMeter.h"
 #include "bench/Report.h"
 #include "bench/SpaceListText.h"
 #include "bench/Timing.h"
@@ -23,7 +21,6 @@ constexpr std::string_view kCredential = "5f0c2f7a-6d3b-4c6e-9a55-1d2f3e4b5c6d:u
 constexpr std::size_t kUnits = 3'000;
 constexpr std::size_t kBytes = 1'000'000;
 constexpr int kPairs = 201;
-constexpr std::size_t kSlack = 16'384;  // bytes that may be held for reasons that do not grow with the value
 
 // What a byte becomes, 1 unit or 3.
 struct Entry {
@@ -73,22 +70,6 @@ void encodeInOnePass(const CStringT& value, CStringT& out)
     }
 }
 
-// The least that a text of this size costs that is appended to piece by piece.
-void growBesides(const CStringT& text, CStringT& out)
-{
-    constexpr std::size_t kPiece = 1024;
-    for (std::size_t at = 0; at < text.size(); at += kPiece) out.append(text, at, kPiece);
-}
-
-std::string xmlValue(std::size_t bytes)
-{
-    std::string xml = spaceListReply(static_cast<int>(bytes / 500));
-    while (xml.size() < bytes) xml += xml;
-    while ((static_cast<unsigned char>(xml[bytes]) & 0xC0) == 0x80) ++bytes;
-    xml.resize(bytes);
-    return xml;
-}
-
 // Both write into the same text, which has the room; a short value many times.
 void measureEncoding(Report& report, const CStringT& value, double limit)
 {
@@ -135,40 +116,17 @@ void measureBody(Report& report, const CStringT& value, const CStringT& encoded)
                   compare(report.pairs(kPairs), body, onePass), 1.5);
 }
 
-template <typename Call>
-HeapUse heapOf(Call&& call)
-{
-    resetHeapUse();
-    call();
-    return heapUse();
-}
-
-void measureHeap(Report& report, const CStringT& value, const CStringT& encoded)
-{
-    wapi::FormBody built;
-    const HeapUse body = heapOf([&] { built.encoded("", value); });
-    CStringT text;
-    const HeapUse string = heapOf([&] { growBesides(encoded, text); });
-    const auto mega = [](std::size_t bytes) { return static_cast<double>(bytes) / 1e6; };
-
-    report.atMost("peak heap of that body / of its text growing alone", mega(body.peak), mega(string.peak + kSlack),
-                  "MB");
-    report.atMost("allocations of that body / of its text growing alone", static_cast<double>(body.allocations),
-                  static_cast<double>(string.allocations), "");
-}
-
 }  // namespace
 
 int main(int argc, char** argv)
 {
     Report report(argc, argv);
-    const CStringT value = kzn::pvutil::stringex::FromUtf8(xmlValue(kBytes));
+    const CStringT value = kzn::pvutil::stringex::FromUtf8(spaceListBytes(kBytes));
     const wapi::FormBody body = wapi::FormBody().encoded("", value);
     const CStringT& encoded = body;
 
     measureEncoding(report, kzn::pvutil::stringex::FromUtf8(kCredential), 0.8);
     measureEncoding(report, value.substr(0, kUnits), 1.1);
     measureBody(report, value, encoded);
-    measureHeap(report, value, encoded);
     return report.status();
 }

@@ -1,6 +1,5 @@
 #include "bench/HandMadeCall.h"
 
-#include <curl/curl.h>
 #include <expat.h>
 #include <fcntl.h>
 #include <sys/uio.h>
@@ -11,16 +10,12 @@
 #include <cstring>
 #include <ctime>
 
+#include "bench/posix/CurlHandles.h"
+
 namespace kzn::bench {
 
 namespace {
 
-struct FreeHandle {
-    void operator()(CURL* handle) const noexcept { curl_easy_cleanup(handle); }
-};
-struct FreeLines {
-    void operator()(curl_slist* lines) const noexcept { curl_slist_free_all(lines); }
-};
 struct FreeParser {
     void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
 };
@@ -46,8 +41,8 @@ void appendEncoded(std::string& body, const CStringT& text)
 }  // namespace
 
 struct HandMadeCall::Parts {
-    std::unique_ptr<CURL, FreeHandle> handle{curl_easy_init()};
-    std::unique_ptr<curl_slist, FreeLines> lines{curl_slist_append(nullptr, "User-Agent: pvWapi/1.0")};
+    CurlHandle handle{curl_easy_init()};
+    CurlLines lines{curl_slist_append(nullptr, "User-Agent: pvWapi/1.0")};
     std::unique_ptr<XML_ParserStruct, FreeParser> parser{XML_ParserCreate("UTF-8")};
     int log = -1;
     std::string body;

@@ -1,16 +1,9 @@
 #include "bench/LogSize.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 namespace kzn::bench {
-
-std::string logFile()
-{
-    const char* const folder = std::getenv("XDG_DATA_HOME");
-    return folder == nullptr ? std::string() : std::string(folder) + "/Pravik/Log/pvwapi.txt";
-}
 
 std::uintmax_t logSize()
 {

@@ -6,10 +6,10 @@
 
 namespace kzn::bench {
 
-/// How long the log file of this process is; 0 where there is none. It stands below XDG_DATA_HOME, which has to be set:
-/// a benchmark does not empty the user's own log.
-std::uintmax_t logSize();
-
+/// Natively it stands below XDG_DATA_HOME, which has to be set: a benchmark does not empty the user's own log.
 std::string logFile();
+
+/// How long it is; 0 where there is none.
+std::uintmax_t logSize();
 
 }  // namespace kzn::bench

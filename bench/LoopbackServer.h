@@ -1,7 +1,5 @@
-// The other end of the calls that are timed: a process of its own that answers every post with the same reply.
+// The other end of the calls that are timed: it answers every post with the same reply.
 #pragma once
-
-#include <sys/types.h>
 
 #include <atomic>
 #include <cstddef>
@@ -11,8 +9,8 @@
 
 namespace kzn::bench {
 
-/// Keeps connections open, sends without delay, and looks at no more of a request than it must to find its end. To be
-/// started before the program has threads; ends with its owner.
+/// Of a process of its own where the system can make one from this. To be started before the program has threads; ends
+/// with its owner.
 class LoopbackServer {
 public:
     explicit LoopbackServer(std::string_view xmlReply);
@@ -23,17 +21,12 @@ public:
     const std::string& url() const noexcept { return url_; }
 
     /// How many connections were opened so far.
-    std::size_t connections() const noexcept { return *connections_; }
+    std::size_t connections() const noexcept;
 
 private:
-    using Count = std::atomic<std::size_t>;
-    struct Unmap {
-        void operator()(Count* count) const noexcept;
-    };
-
-    std::unique_ptr<Count, Unmap> connections_;  // in memory that both processes see
+    struct Running;
+    std::shared_ptr<Running> running_;
     std::string url_;
-    pid_t process_ = -1;
 };
 
 }  // namespace kzn::bench

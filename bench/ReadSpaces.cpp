@@ -2,6 +2,7 @@
 // same bytes, and against what a careful engineer writes by hand.
 #include <string>
 
+#include "bench/Reach.h"
 #include "bench/Report.h"
 #include "bench/SpaceListText.h"
 #include "bench/Timing.h"
@@ -46,7 +47,7 @@ void compareOfSize(Report& report, int spaces)
     report.atMost("read" + of,
                   compare(
                       report.pairs(kPairs), [&] { return secondsToRead(report, reply, spaces, readByLibrary); }, bare),
-                  1.5);
+                  kReadingLimit);
     report.note("read by hand" + of,
                 compare(
                     report.pairs(kPairs), [&] { return secondsToRead(report, reply, spaces, readByHand); }, bare));

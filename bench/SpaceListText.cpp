@@ -140,4 +140,13 @@ std::string spaceListReply(int spaces)
     return out;
 }
 
+std::string spaceListBytes(std::size_t bytes)
+{
+    std::string xml = spaceListReply(static_cast<int>(bytes / 500));
+    while (xml.size() < bytes) xml += xml;
+    while ((static_cast<unsigned char>(xml[bytes]) & 0xC0) == 0x80) ++bytes;
+    xml.resize(bytes);
+    return xml;
+}
+
 }  // namespace kzn::bench

@@ -1,6 +1,7 @@
 // Makes the reply to a listing of workspaces, as long as it is wanted and the same in every run.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace kzn::bench {
@@ -13,5 +14,8 @@ namespace kzn::bench {
 ///  - `spaces` / 10 invitations with all fourteen fields;
 ///  - `spaces` entries of the user's roles, one role each, every 16th an administrator's.
 std::string spaceListReply(int spaces);
+
+/// The first bytes of such replies, whole letters of them: at least so many, and three more at most.
+std::string spaceListBytes(std::size_t bytes);
 
 }  // namespace kzn::bench

@@ -1,13 +1,9 @@
 #include "bench/Timing.h"
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <ctime>
 #include <iterator>
-#include <limits>
 #include <vector>
 
 namespace kzn::bench {
@@ -58,23 +54,9 @@ double ratioOfFastest(Pairs::const_iterator first, Pairs::const_iterator last)
 
 }  // namespace
 
-double threadTime()
-{
-    std::timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
 double wallTime()
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-void keepHeap()
-{
-    constexpr int kLargest = 32 << 20;  // that may be kept
-    mallopt(M_MMAP_THRESHOLD, kLargest);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
 
 Ratio compare(int pairs, const Work& subject, const Work& peer)

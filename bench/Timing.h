@@ -9,7 +9,8 @@ namespace kzn::bench {
 /// A clock in seconds from some start.
 using Clock = double (*)();
 
-/// Processor time of the calling thread: for work that waits for nothing, blind to what else the machine does.
+/// Processor time of the calling thread, where the system counts it finely enough: for work that waits for nothing,
+/// blind to what else the machine does.
 double threadTime();
 
 /// Time as it passes: for work that waits for another process.
@@ -18,6 +19,10 @@ double wallTime();
 /// The heap keeps from now on what it once had of the system, as that of a program that has been running for long; else
 /// the system's zeroed pages are most of what is timed.
 void keepHeap();
+
+/// Client and server take turns on one processor from now on. On two, either side may pay for waking an idle one, which
+/// takes longer than the whole call. False where the system does not let the program.
+bool stayOnOneProcessor();
 
 /// A ratio, and how far it strays within the run.
 struct Ratio {

@@ -29,9 +29,10 @@ WAPIMESSAGE CWapiClientLogin::messageOf(unsigned long error, const kzn::pvutil::
         message.exceptionID = wide(kName);
         return message;
     }
+    reply_ = response->ResponseContent();
     CXMLWapiMessage parser;
     parser.read(*response);
-    if (traceListens()) trace(TraceLevel::debug, response->ResponseContent());
+    trace(TraceLevel::debug, reply_);
     if (parser.succeeded()) {
         message.code = 1;
     } else {

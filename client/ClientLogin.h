@@ -23,4 +23,7 @@ public:
     /// Code 1 for a sign-in that succeeded; code 0 with the reason and the exception ID of the reply, or the library's
     /// own where there is none.
     WAPIMESSAGE messageOf(unsigned long error, const kzn::pvutil::CZelHttpClient* response);
+
+private:
+    CStringT reply_;
 };

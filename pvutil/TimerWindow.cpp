@@ -64,7 +64,6 @@ void TimerWindow::destroy() noexcept
     while (*link != this) link = &(*link)->next_;
     *link = next_;
     next_ = nullptr;
-    owner_ = nullptr;
     setSlot(*window_->system, window_->first);
     window_.reset();
 }

@@ -84,15 +84,25 @@ private:
         cursor_ = XmlPathTree::kRoot;
         depth_ = outside_ = read_ = 0;
         isWell_ = true;
+        hasZeros_ = false;
         XML_SetUserData(parser_->get(), this);
         XML_SetElementHandler(parser_->get(), &Reader::onStart, &Reader::onEnd);
         XML_SetCharacterDataHandler(parser_->get(), &Reader::onText);
         XML_SetStartDoctypeDeclHandler(parser_->get(), &Reader::onDoctype);
     }
 
+    // Zeros among the first two bytes make expat read UTF-16, whatever it was told. No text of XML has any.
+    bool beginsWithZeros(std::string_view piece) noexcept
+    {
+        constexpr std::size_t kLookedAt = 2;
+        const auto first = piece.substr(0, kLookedAt - std::min(read_, kLookedAt));
+        hasZeros_ = hasZeros_ || first.find('\0') != std::string_view::npos;
+        return hasZeros_;
+    }
+
     bool feed(std::string_view piece, bool last)
     {
-        if (piece.size() > std::numeric_limits<int>::max()) return false;
+        if (piece.size() > std::numeric_limits<int>::max() || beginsWithZeros(piece)) return false;
         read_ += piece.size();
         return XML_Parse(parser_->get(), piece.data(), static_cast<int>(piece.size()), last) == XML_STATUS_OK;
     }
@@ -183,6 +193,7 @@ private:
     std::size_t outside_ = 0;  // of these, below what the tree knows
     std::size_t read_ = 0;
     bool isWell_ = true;
+    bool hasZeros_ = false;  // where no text has them
     std::exception_ptr thrown_;
 };
 

@@ -54,14 +54,22 @@ void addProcessOptions(CLI::App& app, Options& options)
     app.set_version_flag("--version", "pvwapi-service " PVWAPI_VERSION);
 }
 
+// The database would take no name for a file of its own, and forget it at the end.
+std::string checkDataFile(const std::string& text)
+{
+    return text.empty() ? "must name a file, or be :memory:" : std::string();
+}
+
 }  // namespace
 
 OptionsResult readOptions(int argc, const char* const* argv, Options& options)
 {
     CLI::App app{"The stand-in for the hosted team-workspace service.", "pvwapi-service"};
     std::string listen = kDefaultListen;
-    const CLI::Option* const data = app.add_option(
-        "--data", options.dataFile, "The data file; made where there is none. :memory: keeps all in memory");
+    const CLI::Option* const data =
+        app.add_option("--data", options.dataFile,
+                       "The data file; made where there is none. :memory: keeps all in memory")
+            ->check(checkDataFile);
     app.add_option("--listen", listen, "Where to listen; port 0 takes a free one")
         ->capture_default_str()
         ->check([&options](const std::string& text) { return parseListen(text, options.listen); });

@@ -39,7 +39,6 @@ int CWapiClient::createSpace(const CStringT& cred, const CStringT& name, std::ve
                              CStringT& workspaceID, int type, int favourite)
 {
     return operation("CWapiClient::createSpace", Timer::rearm, [&] {
-        lastMessage.clear();
         if (name.empty()) return refuse("workspace name can't be empty.");
 
         // Only the pieces that a host gives are encoded, not the XML around them.

@@ -10,16 +10,16 @@ namespace kzn::bench {
 
 /// The library's own: what its listing operation does, without the exchange around it. False where the reply is none of
 /// success.
-__attribute__((visibility("default"))) bool readByLibrary(std::string_view reply, Listing& listing);
+bool readByLibrary(std::string_view reply, Listing& listing);
 
 /// The same with the parser built for 16-bit text, and the reply made that first.
-__attribute__((visibility("default"))) bool readByWideParser(std::string_view reply, Listing& listing);
+bool readByWideParser(std::string_view reply, Listing& listing);
 
 /// What a careful engineer writes for this one reply: the system's parser, a cursor in a table of element names, texts
 /// converted in one pass.
-__attribute__((visibility("default"))) bool readByHand(std::string_view reply, Listing& listing);
+bool readByHand(std::string_view reply, Listing& listing);
 
 /// The least: the system's parser, one final call, and nobody who listens.
-__attribute__((visibility("default"))) bool readBare(std::string_view reply);
+bool readBare(std::string_view reply);
 
 }  // namespace kzn::bench

@@ -40,15 +40,18 @@ bool bindAll(void* library) noexcept
 
 }  // namespace
 
-bool loadCurl() noexcept
+const char* loadCurl() noexcept
 {
-    if (g_isLoaded) return true;
+    if (g_isLoaded) return nullptr;
     const std::lock_guard lock(g_mutex);
-    if (g_isLoaded) return true;
+    if (g_isLoaded) return nullptr;
     void* const library = ::dlopen("libcurl.so.4", RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
-    if (library == nullptr || !bindAll(library)) return false;
+    if (library == nullptr || !bindAll(library)) {
+        const char* const words = ::dlerror();
+        return words == nullptr ? "libcurl cannot be loaded" : words;
+    }
     g_isLoaded = curl.globalInit(CURL_GLOBAL_DEFAULT) == CURLE_OK;
-    return g_isLoaded;
+    return g_isLoaded ? nullptr : "libcurl cannot begin";
 }
 
 }  // namespace kzn::pvutil

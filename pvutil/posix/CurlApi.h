@@ -31,8 +31,8 @@ struct CurlApi {
 /// Of no use before `loadCurl`.
 inline constinit CurlApi curl{};
 
-/// False where libcurl cannot be loaded now. It stays for the rest of the process: a look-up that nobody waits for any
-/// more goes on in its code, and nobody can tell when that ends.
-bool loadCurl() noexcept;
+/// Null, or why libcurl cannot be loaded now, in the system's words. It stays for the rest of the process: a look-up
+/// that nobody waits for any more goes on in its code, and nobody can tell when that ends.
+const char* loadCurl() noexcept;
 
 }  // namespace kzn::pvutil

@@ -147,7 +147,6 @@ void CurlLine::setOptions() noexcept
     curl.easySetopt(easy_, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     curl.easySetopt(easy_, CURLOPT_PATH_AS_IS, 1L);
     curl.easySetopt(easy_, CURLOPT_FOLLOWLOCATION, 0L);
-    curl.easySetopt(easy_, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
     // A look-up that nobody waits for any more is left to its thread; libcurl would wait for its end.
     curl.easySetopt(easy_, CURLOPT_QUICK_EXIT, 1L);
 }
@@ -214,9 +213,28 @@ bool CurlLine::isClean() const noexcept
     });
 }
 
+// What libcurl holds for them is left as it stands too: to give it back, it would speak to the other end.
+void CurlLine::abandon(std::unique_ptr<CurlLine> line) noexcept
+{
+    for (const Open& each : line->open_) ::close(each.socket);
+    static_cast<void>(line.release());
+}
+
+namespace {
+
+// The next that waits and is this process's own.
+std::unique_ptr<CurlLine> takeOwn() noexcept
+{
+    auto idle = g_idle.take();
+    for (; idle && !idle->isOfThisProcess(); idle = g_idle.take()) CurlLine::abandon(std::move(idle));
+    return idle;
+}
+
+}  // namespace
+
 std::unique_ptr<CurlLine> takeLine()
 {
-    while (auto idle = g_idle.take())
+    while (auto idle = takeOwn())
         if (idle->isClean()) return idle;
     auto line = std::make_unique<CurlLine>();
     return *line ? std::move(line) : nullptr;
@@ -229,7 +247,8 @@ void giveBack(std::unique_ptr<CurlLine> line) noexcept
 
 void dropLines() noexcept
 {
-    g_idle.drop();
+    while (takeOwn()) {
+    }
 }
 
 }  // namespace kzn::pvutil

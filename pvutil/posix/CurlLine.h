@@ -1,6 +1,8 @@
 // A kept libcurl handle with the connections that it keeps open, and the few of them that wait for the next exchange.
 #pragma once
 
+#include <unistd.h>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -42,6 +44,11 @@ public:
     /// Whether nothing waits on a kept connection and none has ended. What waits there would become the next reply.
     bool isClean() const noexcept;
 
+    /// False for what a forked process has of its parent.
+    bool isOfThisProcess() const noexcept { return process_ == ::getpid(); }
+    /// Leaves the connections to the parent, without a farewell on them.
+    static void abandon(std::unique_ptr<CurlLine> line) noexcept;
+
 private:
     static curl_socket_t onOpen(void* line, curlsocktype, curl_sockaddr* address) noexcept;
     static int onClose(void* line, curl_socket_t socket) noexcept;
@@ -59,6 +66,7 @@ private:
     CURLM* multi_ = nullptr;
     CURL* easy_ = nullptr;
     CurlAim aim_;
+    pid_t process_ = ::getpid();
 };
 
 /// A clean line that was kept, or a new one; null where there is none.

@@ -162,7 +162,7 @@ bool perform(CurlLine& line, HttpExchange& exchange)
 
 bool transport(HttpExchange& exchange)
 {
-    if (!loadCurl()) return exchange.fail(HttpFault::local, HttpPhase::connect, "libcurl cannot be loaded");
+    if (const char* const why = loadCurl()) return exchange.fail(HttpFault::local, HttpPhase::connect, why);
     auto line = takeLine();
     if (!line) return exchange.fail(HttpFault::local, HttpPhase::connect);
     const bool whole = perform(*line, exchange);

@@ -23,6 +23,15 @@ Lead leadOf(unsigned char byte)
     return {0, 0, 0};
 }
 
+std::string codePoint(std::uint32_t character)
+{
+    std::string text = "U+";
+    for (int shift = character > 0xFFFFU ? 20 : 12; shift >= 0; shift -= 4) {
+        text.push_back("0123456789ABCDEF"[(character >> static_cast<unsigned>(shift)) & 0xFU]);
+    }
+    return text;
+}
+
 bool isBlank(char c)
 {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
@@ -53,15 +62,16 @@ std::size_t sequenceLength(std::string_view text, std::uint32_t& character)
     return lead.length;
 }
 
-bool isXmlText(std::string_view text)
+std::string faultOf(std::string_view text)
 {
     while (!text.empty()) {
         std::uint32_t character = 0;
         const std::size_t length = sequenceLength(text, character);
-        if (length == 0 || !isXmlCharacter(character)) return false;
+        if (length == 0) return "bytes that are not UTF-8";
+        if (!isXmlCharacter(character)) return "the character " + codePoint(character) + ", which XML cannot carry";
         text.remove_prefix(length);
     }
-    return true;
+    return {};
 }
 
 void appendUtf8(std::string& out, std::uint32_t character)

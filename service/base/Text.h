@@ -15,8 +15,8 @@ bool isXmlCharacter(std::uint32_t character);
 // The length in bytes of the well-formed UTF-8 sequence at the start of `text`; 0 where there is none.
 std::size_t sequenceLength(std::string_view text, std::uint32_t& character);
 
-// True where `text` is well-formed UTF-8 made of nothing but XML characters.
-bool isXmlText(std::string_view text);
+// What `text` holds that XML cannot carry, as words behind "it holds"; empty where it is UTF-8 of XML characters alone.
+std::string faultOf(std::string_view text);
 
 void appendUtf8(std::string& out, std::uint32_t character);
 

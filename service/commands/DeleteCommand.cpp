@@ -1,10 +1,14 @@
+#include <array>
+
 #include "service/base/Refusal.h"
 #include "service/base/Text.h"
 #include "service/commands/Handlers.h"
 #include "service/rules/FixedTabs.h"
+#include "service/rules/Libraries.h"
 #include "service/rules/Roles.h"
 #include "service/rules/Spaces.h"
 #include "service/script/Query.h"
+#include "service/store/Apps.h"
 #include "service/store/Database.h"
 #include "service/store/Invitations.h"
 #include "service/store/Tabs.h"
@@ -38,6 +42,7 @@ std::vector<xml::Node> namedObjects(const Context& context, const http::Form& fo
 // An invitation is withdrawn by who sent it, or by an administrator of its workspace.
 void deleteInvitation(Context& context, const xml::Node& invitation)
 {
+    rules::requireSessionFor(context, invitation.textAt("workspaceID"));
     if (invitation.textAt("ownerID") != context.session.userID) {
         rules::requireAdministrator(context, invitation.textAt("workspaceID"));
     }
@@ -47,22 +52,58 @@ void deleteInvitation(Context& context, const xml::Node& invitation)
     store::deleteInvitation(context.database, invitation.textAt("spaceInviteID"));
 }
 
+// A favourite or the like: a user sees no other's.
+void deleteWorkspaceThing(Context& context, const xml::Node& thing)
+{
+    store::deleteWorkspaceThing(context.database, thing.textAt("thingID"));
+}
+
+// A thing is deleted by its owner, or by an administrator of the workspace that it belongs to.
+void deleteThing(Context& context, const xml::Node& thing)
+{
+    const std::string& thingID = thing.textAt("thingID");
+    const std::string workspaceID = store::workspaceOfThing(context.database, thingID);
+    if (!workspaceID.empty()) rules::requireSessionFor(context, workspaceID);
+    if (thing.textAt("userID") != context.session.userID) rules::requireAdministrator(context, workspaceID);
+    store::deleteThing(context.database, thingID);
+}
+
+void deleteApp(Context& context, const std::string& appID)
+{
+    for (const store::Library& library :
+         store::librariesFor(context.database, context.session.userID, context.session.orgID)) {
+        if (!store::libraryHasApp(context.database, library.libraryID, appID)) continue;
+        rules::requireWritable(context, library.libraryID);
+        return store::deleteApp(context.database, appID);
+    }
+    throw Refusal(exceptionid::kNoSuchObject, "there is no application " + quoted(appID) + " in your libraries");
+}
+
+struct Deletion {
+    std::string_view element;  // of the object's type
+    void (*run)(Context& context, const xml::Node& object);
+};
+
+constexpr std::array kDeletions{
+    Deletion{"spaceInvite", deleteInvitation},
+    Deletion{"workspaceThing", deleteWorkspaceThing},
+    Deletion{"thing", deleteThing},
+};
+
 }  // namespace
 
 void deleteObjects(Context& context, const http::Form& form, Reply& /*reply*/)
 {
     const std::string typeName = form.required("type");
     if (typeName == "tab") return deleteTab(context, form.required("id"));
+    if (typeName == "widget") return deleteApp(context, form.required("id"));
     const objects::ObjectType& type = objects::objectType(typeName);
-    if (type.element == "spaceInvite") {
-        for (const xml::Node& node : namedObjects(context, form, type)) deleteInvitation(context, node);
-    } else if (type.element == "workspaceThing") {
-        for (const xml::Node& node : namedObjects(context, form, type)) {
-            store::deleteWorkspaceThing(context.database, node.textAt("thingID"));
-        }
-    } else {
-        throw Refusal(exceptionid::kUnknownType, "objects of type " + quoted(typeName) + " cannot be deleted");
+    for (const Deletion& deletion : kDeletions) {
+        if (deletion.element != type.element) continue;
+        for (const xml::Node& object : namedObjects(context, form, type)) deletion.run(context, object);
+        return;
     }
+    throw Refusal(exceptionid::kUnknownType, "objects of type " + quoted(typeName) + " cannot be deleted");
 }
 
 }  // namespace service::commands

@@ -1,5 +1,7 @@
 #include "service/commands/Fields.h"
 
+#include <algorithm>
+
 #include "service/base/Refusal.h"
 #include "service/base/Text.h"
 
@@ -15,11 +17,30 @@ constexpr std::size_t kMaxTexts = 100;
     throw Refusal(exceptionid::kBadRequest, reason);
 }
 
+// `path` leads from the outer element to `xml`, with a slash behind it.
+void expectPathsBelow(const xml::Node& xml, const std::string& outer, const std::string& path,
+                      std::initializer_list<std::string_view> paths)
+{
+    for (const xml::Node& child : xml.children) {
+        const std::string childPath = path + child.name;
+        const bool known = std::ranges::any_of(paths, [&](std::string_view each) {
+            return each.starts_with(childPath) && (each.size() == childPath.size() || each[childPath.size()] == '/');
+        });
+        if (!known) refuse("unknown element " + quoted(child.name) + " in " + quoted(outer));
+        expectPathsBelow(child, outer + '/' + child.name, childPath + '/', paths);
+    }
+}
+
 }  // namespace
 
 void expectElement(const xml::Node& xml, std::string_view name)
 {
     if (xml.name != name) refuse("the xml must be a " + quoted(name) + " element, not " + quoted(xml.name));
+}
+
+void expectPaths(const xml::Node& xml, std::initializer_list<std::string_view> paths)
+{
+    expectPathsBelow(xml, xml.name, {}, paths);
 }
 
 std::string requiredID(const xml::Node& xml, std::string_view path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,9 @@ namespace service::commands {
 
 // Refuses another element than the expected one.
 void expectElement(const xml::Node& xml, std::string_view name);
+
+// Refuses an element at a path that none of these leads to or through.
+void expectPaths(const xml::Node& xml, std::initializer_list<std::string_view> paths);
 
 // The trimmed text of an identifier; refused where it is missing or empty.
 std::string requiredID(const xml::Node& xml, std::string_view path);

@@ -36,7 +36,7 @@ std::string iconContent(store::Database& database, const Settings& settings, con
     context.session = liveSession(context, cred);
     std::optional<store::Icon> icon = store::findIcon(database, iconName);
     if (!icon) throw Refusal(exceptionid::kNoSuchObject, "there is no icon " + quoted(iconName));
-    rules::requireMember(context, icon->workspaceID);
+    rules::requireVisible(context, icon->workspaceID);
     return std::move(icon->content);
 }
 

@@ -52,20 +52,22 @@ void findInvitee(const Context& context, store::Invitation& invitation)
     }
 }
 
-// The state of one invitation in the answer: open from now on, or why there was no need for it. What became of an
-// earlier one is forgotten then.
+// The state of one invitation in the answer: open from now on, or why there was no need for it, with the role that
+// stands. What became of an earlier one is forgotten then.
 std::string inviteOne(Context& context, store::Invitation& invitation)
 {
     rules::requireAdministrator(context, invitation.workspaceID);
     findInvitee(context, invitation);
     if (!invitation.userID.empty() && store::isMember(context.database, invitation.workspaceID, invitation.userID)) {
+        invitation.inviteAs = rules::strongestRole(context, invitation.workspaceID, invitation.userID);
         return "alreadyMember";
     }
-    for (const store::Invitation& open :
-         store::invitationsVisibleTo(context.database, context.session.userID, context.now)) {
-        const bool sameInvitee =
-            open.descriptor == invitation.descriptor || (!open.userID.empty() && open.userID == invitation.userID);
-        if (open.workspaceID == invitation.workspaceID && sameInvitee) return "alreadyInvited";
+    if (const auto open = store::openInvitation(context.database, invitation.workspaceID, invitation.descriptor,
+                                                invitation.userID, context.now)) {
+        invitation.inviteAs = open->inviteAs;
+        invitation.method = open->method;
+        invitation.providerID = open->providerID;
+        return "alreadyInvited";
     }
     store::deleteInvitationsOf(context.database, invitation.workspaceID, invitation.descriptor, invitation.userID);
     store::insertInvitation(context.database, invitation);
@@ -121,6 +123,7 @@ void joinSpace(Context& context, const xml::Node& xml, Reply& /*reply*/)
     if (!invitation) {
         throw Refusal(exceptionid::kNoSuchObject, "there is no open invitation of yours to " + quoted(workspaceID));
     }
+    rules::requireSessionFor(context, workspaceID);
     const bool accepted = action == "accept";
     if (accepted) {
         rules::requirePolicy(context, "JoinSpace");

@@ -15,6 +15,8 @@ namespace service::commands {
 
 namespace {
 
+constexpr std::string_view kMeetingRecord = "MeetingRecording";
+
 // A favourite, or any other named thing of the caller's that points to a workspace.
 void createWorkspaceThing(Context& context, const xml::Node& xml, Reply& reply)
 {
@@ -32,6 +34,7 @@ void createWorkspaceThing(Context& context, const xml::Node& xml, Reply& reply)
     reply.payload.add("workspaceThing").add("thingID", thing.thingID);
 }
 
+// A meeting's record belongs to a workspace, any other thing to nobody but its owner.
 void createThing(Context& context, const xml::Node& xml, Reply& reply)
 {
     expectElement(xml, "thing");
@@ -39,8 +42,10 @@ void createThing(Context& context, const xml::Node& xml, Reply& reply)
     thing.thingID = newID("thng");
     thing.userID = context.session.userID;
     thing.name = requiredName(xml, "thingName");
-    thing.workspaceID = xml.textAt("ext/KZN/meetingRecording/workspaceID");
-    if (!thing.workspaceID.empty()) rules::requireMember(context, thing.workspaceID);
+    if (thing.name == kMeetingRecord || xml.at("ext/KZN/meetingRecording") != nullptr) {
+        thing.workspaceID = requiredID(xml, "ext/KZN/meetingRecording/workspaceID");
+        rules::requireMember(context, thing.workspaceID);
+    }
     const xml::Node* const extension = xml.child("ext");
     xml::append(thing.extension, extension == nullptr ? xml::Node("ext") : *extension);
     thing.created = context.now;
@@ -48,16 +53,36 @@ void createThing(Context& context, const xml::Node& xml, Reply& reply)
     reply.payload.add("thing").add("thingID", thing.thingID);
 }
 
-// The user's ID in "workspace/members/member[userID='...']". It stands between the outer quotes as it is, whatever it
-// holds.
-std::string memberOfPath(std::string_view path)
+// The ID in "workspace/members/member[userID='...']" or the like. It stands between the outer quotes as it is, whatever
+// it holds.
+std::string idInPath(std::string_view path, std::string_view start)
 {
-    constexpr std::string_view kStart = "workspace/members/member[userID='";
     constexpr std::string_view kEnd = "']";
-    if (path.size() <= kStart.size() + kEnd.size() || !path.starts_with(kStart) || !path.ends_with(kEnd)) {
+    if (path.size() <= start.size() + kEnd.size() || !path.starts_with(start) || !path.ends_with(kEnd)) {
         throw Refusal(exceptionid::kBadRequest, "nothing can be removed at " + quoted(path));
     }
-    return std::string(path.substr(kStart.size(), path.size() - kStart.size() - kEnd.size()));
+    return std::string(path.substr(start.size(), path.size() - start.size() - kEnd.size()));
+}
+
+void removeMember(Context& context, const std::string& workspaceID, const std::string& path)
+{
+    const std::string userID = idInPath(path, "workspace/members/member[userID='");
+    if (userID == context.session.userID) {
+        rules::requireMember(context, workspaceID);
+    } else {
+        rules::requireAdministrator(context, workspaceID);
+    }
+    rules::takeOut(context, workspaceID, userID);
+}
+
+// The workspace that is the template stays.
+void removeTemplate(Context& context, const std::string& libraryID, const std::string& path)
+{
+    const store::Library library = rules::requireWritable(context, libraryID);
+    const std::string workspaceID = idInPath(path, "group/templates/template[templateID='");
+    if (!store::deleteTemplate(context.database, library.libraryID, workspaceID)) {
+        throw Refusal(exceptionid::kNoSuchObject, "the library has no template " + quoted(workspaceID));
+    }
 }
 
 }  // namespace
@@ -111,16 +136,11 @@ void add(Context& context, const http::Form& form, Reply& /*reply*/)
 void remove(Context& context, const http::Form& form, Reply& /*reply*/)
 {
     const std::string type = form.required("type");
-    if (type != "workspace")
-        throw Refusal(exceptionid::kUnknownType, "nothing can be removed from type " + quoted(type));
-    const std::string workspaceID = form.required("id");
-    const std::string userID = memberOfPath(form.required("select"));
-    if (userID == context.session.userID) {
-        rules::requireMember(context, workspaceID);
-    } else {
-        rules::requireAdministrator(context, workspaceID);
-    }
-    rules::takeOut(context, workspaceID, userID);
+    const std::string id = form.required("id");
+    const std::string path = form.required("select");
+    if (type == "workspace") return removeMember(context, id, path);
+    if (type == "grp") return removeTemplate(context, id, path);
+    throw Refusal(exceptionid::kUnknownType, "nothing can be removed from type " + quoted(type));
 }
 
 }  // namespace service::commands

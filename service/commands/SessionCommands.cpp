@@ -41,12 +41,9 @@ void checkProvider(Context& context, const std::string& userID, const std::strin
     if (!known) throw Refusal(exceptionid::kLoginRefused, "you have no account at the provider " + quoted(isp));
 }
 
-std::string openSession(Context& context, const std::string& userID, const std::string& workspaceID)
+std::string openSession(Context& context, store::Session session)
 {
-    store::Session session;
     session.cred = newCredential();
-    session.userID = userID;
-    session.workspaceID = workspaceID;
     session.duration = context.settings.sessionDuration;
     session.expires = context.now + session.duration;
     store::insertSession(context.database, session);
@@ -68,7 +65,9 @@ void login(Context& context, const http::Form& form, Reply& reply)
     const std::string userID = signedInUser(context, form);
     checkProvider(context, userID, form.text("isp"));
     store::deleteSessionsExpiredBefore(context.database, context.now - kKeepExpired);
-    reply.cred = openSession(context, userID, {});
+    store::Session session;
+    session.userID = userID;
+    reply.cred = openSession(context, session);
 }
 
 void logout(Context& context, const http::Form& /*form*/, Reply& /*reply*/)
@@ -76,12 +75,21 @@ void logout(Context& context, const http::Form& /*form*/, Reply& /*reply*/)
     store::deleteSession(context.database, context.session.cred);
 }
 
+// A clone for a workspace changes that one alone, and ends with the session that it came from; any other is as good as
+// a sign-in of its own.
 void cloneSession(Context& context, const http::Form& form, Reply& reply)
 {
     checkAutocommit(form);
-    const std::string workspaceID = form.text("workspace");
-    if (!workspaceID.empty()) rules::requireMember(context, workspaceID);
-    reply.cred = openSession(context, context.session.userID, workspaceID);
+    const store::Session& caller = context.session;
+    store::Session session;
+    session.userID = caller.userID;
+    session.workspaceID = form.text("workspace");
+    if (session.workspaceID.empty()) session.workspaceID = caller.workspaceID;
+    if (!session.workspaceID.empty()) {
+        rules::requireMember(context, session.workspaceID);
+        session.root = caller.root.empty() ? caller.cred : caller.root;
+    }
+    reply.cred = openSession(context, session);
 }
 
 }  // namespace service::commands

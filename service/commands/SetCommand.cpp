@@ -13,16 +13,28 @@ namespace service::commands {
 
 namespace {
 
+[[noreturn]] void changesNothing()
+{
+    throw Refusal(exceptionid::kBadRequest, "the request changes nothing");
+}
+
+// What a change does not know it would leave as it is, and must not seem to have changed.
+void expectChange(const xml::Node& xml, std::string_view name, std::initializer_list<std::string_view> paths)
+{
+    expectElement(xml, name);
+    expectPaths(xml, paths);
+    if (xml.children.empty()) changesNothing();
+}
+
 void orderTabs(Context& context, const std::string& workspaceID, const xml::Node& tabs)
 {
+    if (tabs.children.empty()) changesNothing();
+    std::map<std::string, long long> places;
     for (const xml::Node& tab : tabs.children) {
         expectElement(tab, "tab");
-        const std::string tabID = requiredID(tab, "tabID");
-        const long long order = rules::checkedOrder(tab.textAt("tabOrder"));
-        if (!store::moveTab(context.database, workspaceID, tabID, order)) {
-            throw Refusal(exceptionid::kNoSuchObject, "the workspace has no tab " + quoted(tabID));
-        }
+        places[requiredID(tab, "tabID")] = rules::checkedOrder(tab.textAt("tabOrder"));
     }
+    rules::moveTabs(context, workspaceID, places);
 }
 
 // An edit of the name alone carries an empty description block: without a text it says nothing about the description.
@@ -37,8 +49,9 @@ void setDescription(Context& context, const std::string& workspaceID, const xml:
 
 void setWorkspace(Context& context, const std::string& id, const xml::Node& xml)
 {
-    expectElement(xml, "workspace");
-    const store::Workspace workspace = rules::requireAdministrator(context, id);
+    expectChange(xml, "workspace",
+                 {"workspaceName", "ext/KZN/description/text", "tabs/tab/tabID", "tabs/tab/tabOrder"});
+    rules::requireAdministrator(context, id);
     if (xml.child("workspaceName") != nullptr) {
         store::renameWorkspace(context.database, id, requiredName(xml, "workspaceName"));
     }
@@ -49,11 +62,11 @@ void setWorkspace(Context& context, const std::string& id, const xml::Node& xml)
 
 void setTab(Context& context, const std::string& id, const xml::Node& xml)
 {
-    expectElement(xml, "tab");
+    expectChange(xml, "tab", {"tabName", "tabOrder"});
     const store::Tab tab = rules::requireTab(context, id);
     if (xml.child("tabName") != nullptr) store::renameTab(context.database, tab, requiredName(xml, "tabName"));
     if (const xml::Node* const order = xml.child("tabOrder")) {
-        store::moveTab(context.database, tab.workspaceID, tab.tabID, rules::checkedOrder(order->text));
+        rules::moveTabs(context, tab.workspaceID, {{tab.tabID, rules::checkedOrder(order->text)}});
     }
     store::touchWorkspace(context.database, tab.workspaceID, context.now);
 }
@@ -66,14 +79,15 @@ void takeText(const xml::Node& extension, std::string_view path, std::string& fi
 // Users change themselves and nobody else.
 void setUser(Context& context, const std::string& id, const xml::Node& xml)
 {
-    expectElement(xml, "user");
+    expectChange(xml, "user",
+                 {"ext/KZN/hostName", "ext/KZN/websiteURL", "ext/KZN/client/build", "ext/KZN/client/version"});
     const std::string userID = objects::currentOr(id, context.session.userID);
     if (userID != context.session.userID) {
         throw Refusal(exceptionid::kAccessDenied, "you may change no other user's record");
     }
     std::optional<store::User> user = store::findUser(context.database, userID);
     const xml::Node* const extension = xml.at("ext/KZN");
-    if (!user || extension == nullptr) throw Refusal(exceptionid::kBadRequest, "the request changes nothing");
+    if (!user || extension == nullptr) changesNothing();
     takeText(*extension, "hostName", user->hostName);
     takeText(*extension, "websiteURL", user->websiteURL);
     takeText(*extension, "client/build", user->clientBuild);
@@ -85,6 +99,7 @@ void setUser(Context& context, const std::string& id, const xml::Node& xml)
 
 void set(Context& context, const http::Form& form, Reply& /*reply*/)
 {
+    form.expectFields({"cmd", "cred", "type", "id", "xml"});
     const std::string type = form.required("type");
     const std::string id = form.required("id");
     const xml::Node xml = form.xml("xml");

@@ -6,6 +6,7 @@
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
 #include <limits>
+#include <sstream>
 #include <utility>
 
 #include "service/base/Refusal.h"
@@ -40,6 +41,19 @@ Response refusalFor(const beast::error_code& error)
     return refusal(400, "this is not a request: " + error.message(), exceptionid::kBadRequest);
 }
 
+wire::response<wire::string_body> messageOf(Response response, bool keepAlive)
+{
+    wire::response<wire::string_body> message;
+    message.result(response.status);
+    message.set(wire::field::server, "pvwapi-service");
+    message.set(wire::field::content_type, response.contentType);
+    for (const auto& [name, value] : response.headers) message.set(name, value);
+    message.keep_alive(keepAlive);
+    message.body() = std::move(response.body);
+    message.prepare_payload();
+    return message;
+}
+
 bool isParseError(const beast::error_code& error)
 {
     static const beast::error_code kSample = wire::make_error_code(wire::error::bad_method);
@@ -53,6 +67,16 @@ Connection::Connection(boost::asio::ip::tcp::socket socket, const Router& router
                        Journal* journal, std::shared_ptr<void> slot)
     : stream_(std::move(socket)), router_(router), limits_(limits), journal_(journal), slot_(std::move(slot))
 {
+}
+
+void Connection::turnAway(boost::asio::ip::tcp::socket socket)
+{
+    std::ostringstream text;
+    text << messageOf(refusal(503, "there are too many connections", exceptionid::kLimitExceeded), false);
+    Error ignored;
+    socket.non_blocking(true, ignored);
+    socket.write_some(boost::asio::buffer(text.str()), ignored);
+    socket.shutdown(boost::asio::ip::tcp::socket::shutdown_both, ignored);
 }
 
 void Connection::start()
@@ -143,14 +167,9 @@ void Connection::send(Response response, bool keepAlive)
 {
     if (journal_ != nullptr) journal_->note(head_, bodyBytes_, response, begun_);
     if (response.fault) return deliver(response, keepAlive);
-    message_.emplace();
-    message_->result(response.status);
-    message_->set(wire::field::server, "pvwapi-service");
-    message_->set(wire::field::content_type, response.contentType);
-    for (const auto& [name, value] : response.headers) message_->set(name, value);
-    message_->keep_alive(keepAlive);
-    message_->body() = std::move(response.body);
-    message_->prepare_payload();
+    message_ = messageOf(std::move(response), keepAlive);
+    // What was asked for the head alone gets that of the whole answer, its length included.
+    if (head_.method == "HEAD") message_->body().clear();
     stream_.expires_after(limits_.write);
     wire::async_write(stream_, *message_,
                       [self = shared_from_this()](Error error, std::size_t) { self->onWritten(error); });

@@ -32,6 +32,9 @@ public:
     Connection(boost::asio::ip::tcp::socket socket, const Router& router, const ConnectionLimits& limits,
                Journal* journal, std::shared_ptr<void> slot);
 
+    // Says in one write that there are too many connections already, and closes.
+    static void turnAway(boost::asio::ip::tcp::socket socket);
+
     void start();
 
 private:

@@ -23,7 +23,9 @@ std::string decodedOrRefused(std::string_view name, std::string_view value)
 {
     std::optional<std::string> text = percentDecoded(value);
     if (!text) refuse("the form field " + quoted(name) + " holds a broken percent escape");
-    if (!isXmlText(*text)) refuse("the form field " + quoted(name) + " is not UTF-8 text");
+    if (const std::string fault = faultOf(*text); !fault.empty()) {
+        refuse("the form field " + quoted(name) + " holds " + fault);
+    }
     return std::move(*text);
 }
 
@@ -71,6 +73,13 @@ const Form::Field* Form::find(std::string_view name) const
 bool Form::has(std::string_view name) const
 {
     return find(name) != nullptr;
+}
+
+void Form::expectFields(std::initializer_list<std::string_view> names) const
+{
+    for (const Field& field : fields_) {
+        if (std::ranges::find(names, field.name) == names.end()) refuse("unknown form field " + quoted(field.name));
+    }
 }
 
 std::string Form::text(std::string_view name) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,9 @@ public:
     void add(std::string name, std::string value);
 
     bool has(std::string_view name) const;
+
+    // Refuses a field that is none of these.
+    void expectFields(std::initializer_list<std::string_view> names) const;
 
     // Empty where there is no such field.
     std::string text(std::string_view name) const;

@@ -43,7 +43,7 @@ bool quotedAfter(std::string_view header, std::string_view mark, bool toLastQuot
     const std::size_t end = toLastQuote ? line.rfind('"') : line.find('"');
     if (end == std::string_view::npos) refuse("a quote is missing");
     value = line.substr(0, end);
-    if (!isXmlText(value)) refuse("a name is not UTF-8 text");
+    if (const std::string fault = faultOf(value); !fault.empty()) refuse("a name holds " + fault);
     return true;
 }
 
@@ -94,7 +94,9 @@ MultipartForm readMultipart(std::string_view contentType, std::string_view body)
         }
         const std::size_t end = body.find(next);
         if (end == std::string_view::npos) refuse("the last part has no end");
-        if (!isXmlText(body.substr(0, end))) refuse("the field " + quoted(part.name) + " is not UTF-8 text");
+        if (const std::string fault = faultOf(body.substr(0, end)); !fault.empty()) {
+            refuse("the field " + quoted(part.name) + " holds " + fault);
+        }
         result.form.add(std::move(part.name), std::string(body.substr(0, end)));
         body.remove_prefix(end + next.size());
     }

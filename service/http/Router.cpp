@@ -76,8 +76,10 @@ std::optional<Response> Router::refused(const RequestHead& head) const
         return forbidden(head, "a page of another site is behind this request");
     }
     if (control_ != nullptr && head.target.starts_with(control::kControlPath)) return withoutToken(head);
-    if (head.method == "POST" || head.method == "GET") return std::nullopt;
-    return refusal(405, "only post and get are answered here", exceptionid::kBadRequest);
+    if (head.method == "POST" || head.method == "GET" || head.method == "HEAD") return std::nullopt;
+    Response response = refusal(405, "only get, head and post are answered here", exceptionid::kBadRequest);
+    response.headers.emplace_back("Allow", "GET, HEAD, POST");
+    return response;
 }
 
 std::optional<Response> Router::withoutToken(const RequestHead& head) const
@@ -97,7 +99,8 @@ Response Router::answer(const Request& request) const
 {
     const std::string_view path = pathOf(request.target);
     const Place* const place = placeOf(path);
-    if (place != nullptr && (place->method.empty() || place->method == request.method)) {
+    const bool isHead = request.method == "HEAD";  // answered as a get whose body stays away
+    if (place != nullptr && (place->method.empty() || place->method == (isHead ? "GET" : request.method))) {
         return (this->*place->answer)(request);
     }
     return nothingAt(path);

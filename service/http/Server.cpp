@@ -63,6 +63,8 @@ void Server::onAccepted(const boost::system::error_code& error, boost::asio::ip:
         std::make_shared<Connection>(std::move(socket), router_, limits_,
                                      router_.settings().verbose ? &journal_ : nullptr, slots_)
             ->start();
+    } else {
+        Connection::turnAway(std::move(socket));
     }
     accept();
 }

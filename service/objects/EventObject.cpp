@@ -31,11 +31,18 @@ std::optional<xml::Node> findEvent(const Context& context, const std::string& id
     return nodeWithID(listEvents(context, wanted), "eventID", id);
 }
 
+void noteShown(const Context& context, const std::vector<xml::Node>& nodes)
+{
+    for (const xml::Node& event : nodes) {
+        store::markSeen(context.database, event.textAt("eventID"), context.session.userID);
+    }
+}
+
 }  // namespace
 
 ObjectType eventType()
 {
-    return {"event", {"event"}, listEvents, findEvent};
+    return {"event", {"event"}, listEvents, findEvent, noteShown};
 }
 
 }  // namespace service::objects

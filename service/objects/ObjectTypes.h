@@ -19,6 +19,7 @@ struct ObjectType {
     std::vector<std::string_view> names;  // what a request may call the type
     std::vector<xml::Node> (*list)(const Context& context, const script::Selection& wanted);
     std::optional<xml::Node> (*find)(const Context& context, const std::string& id, const script::Selection& wanted);
+    void (*shown)(const Context& context, const std::vector<xml::Node>& nodes) = nullptr;  // told of what goes out
 };
 
 // Refuses a name that no type has.

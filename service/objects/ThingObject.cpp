@@ -1,4 +1,5 @@
 #include "service/base/Clock.h"
+#include "service/base/Refusal.h"
 #include "service/objects/ObjectTypes.h"
 #include "service/store/Things.h"
 #include "service/xml/Reader.h"
@@ -6,6 +7,16 @@
 namespace service::objects {
 
 namespace {
+
+// Data files of earlier versions may hold an extension that is no XML: its thing is shown without it.
+void addExtension(const store::Thing& item, xml::Node& thing)
+{
+    try {
+        thing.children.push_back(xml::read(item.extension, xml::Texts::plain));
+    } catch (const Refusal&) {
+        thing.add("ext");
+    }
+}
 
 std::vector<xml::Node> listThings(const Context& context, const script::Selection& wanted)
 {
@@ -16,7 +27,7 @@ std::vector<xml::Node> listThings(const Context& context, const script::Selectio
         thing.add("thingName", item.name);
         thing.add("userID", item.userID);
         thing.add("createTime", timeText(item.created));
-        if (wanted.touches("ext")) thing.children.push_back(xml::read(item.extension, xml::Texts::plain));
+        if (wanted.touches("ext")) addExtension(item, thing);
     }
     return nodes;
 }

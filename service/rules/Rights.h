@@ -13,8 +13,8 @@ struct Right {
     std::string reason;
 };
 
-// What the caller may do, computed from the real role in the workspace, or of the one that the document or the room is
-// in, and from what the organisation allows. `test` is one element of a list of tests.
+// What the caller may do, computed from the real role in the workspace and from what the organisation allows; what no
+// command does, nobody may. `test` is one element of a list of tests.
 Right rightOf(const Context& context, const xml::Node& test);
 
 }  // namespace service::rules

@@ -23,6 +23,15 @@ bool isAdministratorRole(std::string_view roleID)
     return roleID == kCreator || roleID == kSpaceAdmin;
 }
 
+std::string strongestRole(const Context& context, const std::string& workspaceID, const std::string& userID)
+{
+    const std::vector<std::string> roles = store::rolesOf(context.database, workspaceID, userID);
+    for (const char* const role : {kCreator, kSpaceAdmin}) {
+        if (std::ranges::find(roles, role) != roles.end()) return role;
+    }
+    return kSpaceMember;
+}
+
 bool isAdministrator(const Context& context, const std::string& workspaceID, const std::string& userID)
 {
     const std::vector<std::string> roles = store::rolesOf(context.database, workspaceID, userID);
@@ -38,7 +47,19 @@ int administratorCount(const Context& context, const std::string& workspaceID)
     return count;
 }
 
-store::Workspace requireMember(const Context& context, const std::string& workspaceID)
+bool sessionMayChange(const Context& context, const std::string& workspaceID)
+{
+    return context.session.workspaceID.empty() || context.session.workspaceID == workspaceID;
+}
+
+void requireSessionFor(const Context& context, const std::string& workspaceID)
+{
+    if (!sessionMayChange(context, workspaceID)) {
+        throw Refusal(exceptionid::kAccessDenied, "this session was cloned for another workspace");
+    }
+}
+
+store::Workspace requireVisible(const Context& context, const std::string& workspaceID)
 {
     std::optional<store::Workspace> workspace;
     if (store::isMember(context.database, workspaceID, context.session.userID)) {
@@ -48,6 +69,13 @@ store::Workspace requireMember(const Context& context, const std::string& worksp
         throw Refusal(exceptionid::kNoSuchObject, "there is no workspace " + quoted(workspaceID) + " of yours");
     }
     return std::move(*workspace);
+}
+
+store::Workspace requireMember(const Context& context, const std::string& workspaceID)
+{
+    store::Workspace workspace = requireVisible(context, workspaceID);
+    requireSessionFor(context, workspaceID);
+    return workspace;
 }
 
 store::Workspace requireAdministrator(const Context& context, const std::string& workspaceID)
@@ -64,7 +92,7 @@ store::Workspace requireReadable(const Context& context, const std::string& work
     if (store::isTemplateFor(context.database, workspaceID, context.session.userID, context.session.orgID)) {
         if (auto workspace = store::findWorkspace(context.database, workspaceID)) return std::move(*workspace);
     }
-    return requireMember(context, workspaceID);
+    return requireVisible(context, workspaceID);
 }
 
 void requirePolicy(const Context& context, const std::string& feature)

@@ -18,10 +18,20 @@ std::string_view roleName(std::string_view roleID);
 // A creator administers the workspace like an administrator.
 bool isAdministratorRole(std::string_view roleID);
 
+// Of several roles of a member the one that allows most.
+std::string strongestRole(const Context& context, const std::string& workspaceID, const std::string& userID);
+
 bool isAdministrator(const Context& context, const std::string& workspaceID, const std::string& userID);
 int administratorCount(const Context& context, const std::string& workspaceID);
 
+// A session that was cloned for a workspace changes no other.
+bool sessionMayChange(const Context& context, const std::string& workspaceID);
+void requireSessionFor(const Context& context, const std::string& workspaceID);
+
 // The workspace, for a caller who is in it. Everyone else learns no more than that there is no such workspace.
+store::Workspace requireVisible(const Context& context, const std::string& workspaceID);
+
+// The same for a caller whose session may change it.
 store::Workspace requireMember(const Context& context, const std::string& workspaceID);
 store::Workspace requireAdministrator(const Context& context, const std::string& workspaceID);
 

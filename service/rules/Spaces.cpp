@@ -1,5 +1,8 @@
 #include "service/rules/Spaces.h"
 
+#include <algorithm>
+#include <set>
+
 #include "service/base/Refusal.h"
 #include "service/base/Secret.h"
 #include "service/base/Text.h"
@@ -23,11 +26,29 @@ std::string tabIDFor(long long type)
     return newID("tab");
 }
 
+// Every place is held by one tab. Those in `fixed` stay where they are; each of the others comes behind the one that it
+// stood behind, to the first place that is free.
+void settleTabs(Context& context, const std::string& workspaceID, const std::map<std::string, long long>& fixed)
+{
+    std::set<long long> taken;
+    for (const auto& [tabID, place] : fixed) taken.insert(place);
+    long long next = -kMostOrder;
+    for (const store::Tab& tab : store::tabsOf(context.database, workspaceID)) {
+        if (fixed.contains(tab.tabID)) continue;
+        next = std::max(next, tab.order);
+        while (taken.contains(next)) ++next;
+        if (next != tab.order) store::moveTab(context.database, workspaceID, tab.tabID, next);
+        ++next;
+    }
+}
+
 }  // namespace
 
 std::string makeSpace(Context& context, const NewSpace& space)
 {
+    requirePolicy(context, "HasSpaces");
     requirePolicy(context, "create-workspace");
+    if (!space.chatRoomName.empty()) requirePolicy(context, "create-chatRoom");
     const store::Session& caller = context.session;
 
     store::Workspace workspace;
@@ -67,7 +88,22 @@ std::string makeTab(Context& context, const std::string& workspaceID, const std:
         }
     }
     store::insertTab(context.database, {tabID, workspaceID, name, type, order});
+    settleTabs(context, workspaceID, {});
     return tabID;
+}
+
+void moveTabs(Context& context, const std::string& workspaceID, const std::map<std::string, long long>& places)
+{
+    std::set<long long> taken;
+    for (const auto& [tabID, place] : places) {
+        if (!taken.insert(place).second) {
+            throw Refusal(exceptionid::kBadRequest, "two tabs are given the place " + std::to_string(place));
+        }
+        if (!store::moveTab(context.database, workspaceID, tabID, place)) {
+            throw Refusal(exceptionid::kNoSuchObject, "the workspace has no tab " + quoted(tabID));
+        }
+    }
+    settleTabs(context, workspaceID, places);
 }
 
 store::Tab requireTab(const Context& context, const std::string& tabID)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,12 +22,16 @@ struct NewSpace {
 };
 
 // Makes the workspace with the caller as its creator and first member; returns its ID. Refused where the caller's
-// organisation does not let its people make workspaces.
+// organisation does not let its people have workspaces, make them, or make a room where one is wanted.
 std::string makeSpace(Context& context, const NewSpace& space);
 
-// Adds a tab and returns its ID. There is at most one discussion tab and one files tab in a workspace.
+// Adds a tab and returns its ID. There is at most one discussion tab and one files tab in a workspace. Where its place
+// is held already it comes behind.
 std::string makeTab(Context& context, const std::string& workspaceID, const std::string& name, long long type,
                     long long order);
+
+// Gives tabs, named by their IDs, these places; the others make room. Refused where two are given one place.
+void moveTabs(Context& context, const std::string& workspaceID, const std::map<std::string, long long>& places);
 
 // A tab of a workspace that the caller administers. A fixed tab's name means that of the session's workspace; where
 // the session has none, and several workspaces could be meant, it is refused.

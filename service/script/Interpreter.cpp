@@ -23,10 +23,15 @@ constexpr std::array<std::string_view, 11> kStepElements{"cmd",       "type",   
 
 void replaceAll(std::string& text, std::string_view value)
 {
-    for (std::size_t at = text.find(kLoopVariable); at != std::string::npos;) {
-        text.replace(at, kLoopVariable.size(), value);
-        at = text.find(kLoopVariable, at + value.size());
+    std::size_t at = text.find(kLoopVariable);
+    if (at == std::string::npos) return;
+    std::string result;
+    std::size_t done = 0;
+    for (; at != std::string::npos; at = text.find(kLoopVariable, done)) {
+        result.append(text, done, at - done).append(value);
+        done = at + kLoopVariable.size();
     }
+    text = result.append(text, done);
 }
 
 // The value goes into the texts of the parsed script, so it can never turn into markup. An inner loop has a variable

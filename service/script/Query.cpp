@@ -31,6 +31,7 @@ std::vector<xml::Node> answer(const Context& context, const Query& query)
     std::vector<xml::Node> nodes = candidates(context, query);
     if (query.where) std::erase_if(nodes, [&query](const xml::Node& node) { return !query.where->holds(node); });
     keepPage(nodes, query.page, query.pageSize);
+    if (query.type.shown != nullptr) query.type.shown(context, nodes);
     for (xml::Node& node : nodes) query.select.prune(node);
     return nodes;
 }

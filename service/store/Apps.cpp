@@ -46,6 +46,16 @@ std::vector<App> appsOf(Database& database, const std::string& libraryID)
     return apps;
 }
 
+bool libraryHasApp(Database& database, const std::string& libraryID, const std::string& appID)
+{
+    return database.value("SELECT 1 FROM app WHERE library_id = ? AND app_id = ?", libraryID, appID).has_value();
+}
+
+void deleteApp(Database& database, const std::string& appID)
+{
+    database.run("DELETE FROM app WHERE app_id = ?", appID);
+}
+
 bool hasApp(Database& database, const std::string& libraryID, const std::string& name)
 {
     return database.value("SELECT 1 FROM app WHERE library_id = ? AND name = ?", libraryID, name).has_value();

@@ -32,6 +32,10 @@ struct App {
 
 void insertApp(Database& database, const App& app);
 std::vector<App> appsOf(Database& database, const std::string& libraryID);
+bool libraryHasApp(Database& database, const std::string& libraryID, const std::string& appID);
+void deleteApp(Database& database, const std::string& appID);
+
+// Whether the library has an application of this name.
 bool hasApp(Database& database, const std::string& libraryID, const std::string& name);
 
 }  // namespace service::store

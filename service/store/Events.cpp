@@ -33,10 +33,18 @@ long long notificationCount(Database& database, const std::string& workspaceID, 
     Rows rows = database.select(
         "SELECT count(*) FROM event JOIN member USING (workspace_id)"
         " WHERE workspace_id = ?1 AND member.user_id = ?2 AND sender_id <> ?2"
-        " AND created >= joined",
+        " AND event.number > seen_event",
         workspaceID, userID);
     rows.next();
     return rows.number(0);
+}
+
+void markSeen(Database& database, const std::string& eventID, const std::string& userID)
+{
+    database.run(
+        "UPDATE member SET seen_event = event.number FROM event WHERE event.event_id = ?1"
+        " AND member.workspace_id = event.workspace_id AND member.user_id = ?2 AND seen_event < event.number",
+        eventID, userID);
 }
 
 void putActivity(Database& database, const std::string& workspaceID, const std::string& userID, long long unread,

@@ -26,14 +26,17 @@ void insertEvent(Database& database, const Event& event);
 // The events of all workspaces that the user is a member of, the oldest first.
 std::vector<Event> eventsVisibleTo(Database& database, const std::string& userID);
 
-// How many events others have sent to the workspace since the user joined it.
+// How many events others have sent to the workspace since the user joined it, or last saw one.
 long long notificationCount(Database& database, const std::string& workspaceID, const std::string& userID);
+
+// From now on neither this event nor one before it is counted for the user.
+void markSeen(Database& database, const std::string& eventID, const std::string& userID);
 
 // What a member's host last reported about a workspace.
 void putActivity(Database& database, const std::string& workspaceID, const std::string& userID, long long unread,
                  long long active);
 
-// The sum of what all members' hosts have last reported.
+// The sum of what the hosts of all who are members have last reported.
 long long activityValue(Database& database, const std::string& workspaceID);
 
 }  // namespace service::store

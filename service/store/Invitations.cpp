@@ -32,25 +32,27 @@ Invitation invitationOf(const Rows& rows)
     return invitation;
 }
 
-// What the user may see: without an ID all that is open, else that one in whatever state.
-std::vector<Invitation> invitationsFor(Database& database, const std::string& userID, long long now,
-                                       const std::string& invitationID)
+// The columns are those of invitationOf, ?1 is the present; what follows says which invitations.
+constexpr const char* kRecords =
+    "SELECT i.invitation_id, i.workspace_id, w.name, i.descriptor, i.user_id, coalesce(u.user_name, ''),"
+    " coalesce(u.email, ''),"
+    " CASE WHEN i.status = 'pending' AND i.expires <= ?1 THEN 'expired' ELSE i.status END AS state,"
+    " i.invite_as, i.invite_type, i.invite_method, i.provider_id, i.message,"
+    " i.owner_id, o.user_name, i.created, i.modified, i.status_changed, i.expires"
+    " FROM invitation i JOIN workspace w ON w.workspace_id = i.workspace_id JOIN user o ON o.user_id = i.owner_id"
+    " LEFT JOIN user u ON u.user_id = i.user_id WHERE ";
+
+std::vector<Invitation> allInvitations(Rows rows)
 {
-    Rows rows = database.select(
-        "SELECT i.invitation_id, i.workspace_id, w.name, i.descriptor, i.user_id, coalesce(u.user_name, ''),"
-        " coalesce(u.email, ''),"
-        " CASE WHEN i.status = 'pending' AND i.expires <= ?1 THEN 'expired' ELSE i.status END AS state,"
-        " i.invite_as, i.invite_type, i.invite_method, i.provider_id, i.message,"
-        " i.owner_id, o.user_name, i.created, i.modified, i.status_changed, i.expires"
-        " FROM invitation i JOIN workspace w ON w.workspace_id = i.workspace_id JOIN user o ON o.user_id = i.owner_id"
-        " LEFT JOIN user u ON u.user_id = i.user_id"
-        " WHERE CASE ?3 WHEN '' THEN state = 'pending' ELSE i.invitation_id = ?3 END"
-        " AND ((i.user_id = ?2 AND state = 'pending') OR EXISTS"
-        " (SELECT 1 FROM member m WHERE m.workspace_id = i.workspace_id AND m.user_id = ?2)) ORDER BY i.number",
-        now, userID, invitationID);
     std::vector<Invitation> invitations;
     while (rows.next()) invitations.push_back(invitationOf(rows));
     return invitations;
+}
+
+std::optional<Invitation> firstInvitation(Rows rows)
+{
+    if (!rows.next()) return std::nullopt;
+    return invitationOf(rows);
 }
 
 }  // namespace
@@ -68,25 +70,38 @@ void insertInvitation(Database& database, const Invitation& invitation)
 
 std::vector<Invitation> invitationsVisibleTo(Database& database, const std::string& userID, long long now)
 {
-    return invitationsFor(database, userID, now, {});
+    static const std::string sql = std::string(kRecords) +
+                                   "state = 'pending' AND (i.user_id = ?2 OR EXISTS (SELECT 1 FROM member m"
+                                   " WHERE m.workspace_id = i.workspace_id AND m.user_id = ?2)) ORDER BY i.number";
+    return allInvitations(database.select(sql, now, userID));
 }
 
 std::optional<Invitation> findInvitation(Database& database, const std::string& invitationID, const std::string& userID,
                                          long long now)
 {
-    if (invitationID.empty()) return std::nullopt;
-    std::vector<Invitation> found = invitationsFor(database, userID, now, invitationID);
-    if (found.empty()) return std::nullopt;
-    return std::move(found.front());
+    static const std::string sql =
+        std::string(kRecords) +
+        "i.invitation_id = ?3 AND ((i.user_id = ?2 AND state = 'pending') OR EXISTS"
+        " (SELECT 1 FROM member m WHERE m.workspace_id = i.workspace_id AND m.user_id = ?2))";
+    return firstInvitation(database.select(sql, now, userID, invitationID));
+}
+
+std::optional<Invitation> openInvitation(Database& database, const std::string& workspaceID,
+                                         const std::string& descriptor, const std::string& userID, long long now)
+{
+    static const std::string byDescriptor =
+        std::string(kRecords) + "state = 'pending' AND i.workspace_id = ?2 AND i.descriptor = ?3 LIMIT 1";
+    std::optional<Invitation> open = firstInvitation(database.select(byDescriptor, now, workspaceID, descriptor));
+    return open || userID.empty() ? open : pendingInvitation(database, workspaceID, userID, now);
 }
 
 std::optional<Invitation> pendingInvitation(Database& database, const std::string& workspaceID,
                                             const std::string& userID, long long now)
 {
-    for (Invitation& invitation : invitationsVisibleTo(database, userID, now)) {
-        if (invitation.workspaceID == workspaceID && invitation.userID == userID) return std::move(invitation);
-    }
-    return std::nullopt;
+    static const std::string sql =
+        std::string(kRecords) +
+        "state = 'pending' AND i.workspace_id = ?2 AND i.user_id = ?3 ORDER BY i.number LIMIT 1";
+    return firstInvitation(database.select(sql, now, workspaceID, userID));
 }
 
 void setInvitationStatus(Database& database, const std::string& invitationID, const std::string& status, long long now)
@@ -103,8 +118,9 @@ void deleteInvitation(Database& database, const std::string& invitationID)
 void deleteInvitationsOf(Database& database, const std::string& workspaceID, const std::string& descriptor,
                          const std::string& userID)
 {
-    database.run("DELETE FROM invitation WHERE workspace_id = ?1 AND (descriptor = ?2 OR (?3 <> '' AND user_id = ?3))",
-                 workspaceID, descriptor, userID);
+    database.run("DELETE FROM invitation WHERE workspace_id = ? AND descriptor = ?", workspaceID, descriptor);
+    if (userID.empty()) return;
+    database.run("DELETE FROM invitation WHERE workspace_id = ? AND user_id = ?", workspaceID, userID);
 }
 
 }  // namespace service::store

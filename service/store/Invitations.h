@@ -46,6 +46,12 @@ std::vector<Invitation> invitationsVisibleTo(Database& database, const std::stri
 // there while it is open.
 std::optional<Invitation> findInvitation(Database& database, const std::string& invitationID, const std::string& userID,
                                          long long now);
+
+// The open invitation of a person to a workspace, by what somebody wrote or, unless that is empty, by the user's ID.
+std::optional<Invitation> openInvitation(Database& database, const std::string& workspaceID,
+                                         const std::string& descriptor, const std::string& userID, long long now);
+
+// The open invitation of a user to a workspace.
 std::optional<Invitation> pendingInvitation(Database& database, const std::string& workspaceID,
                                             const std::string& userID, long long now);
 void setInvitationStatus(Database& database, const std::string& invitationID, const std::string& status, long long now);

@@ -47,6 +47,12 @@ bool insertTemplate(Database& database, const std::string& libraryID, const std:
                         workspaceID) == 1;
 }
 
+bool deleteTemplate(Database& database, const std::string& libraryID, const std::string& workspaceID)
+{
+    return database.run("DELETE FROM library_template WHERE library_id = ? AND workspace_id = ?", libraryID,
+                        workspaceID) == 1;
+}
+
 std::vector<Template> templatesOf(Database& database, const std::string& libraryID)
 {
     Rows rows = database.select(

@@ -34,6 +34,9 @@ std::vector<Library> librariesFor(Database& database, const std::string& userID,
 
 // Returns false where the library has the template already.
 bool insertTemplate(Database& database, const std::string& libraryID, const std::string& workspaceID);
+
+// Returns false where the library has no such template. The workspace stays.
+bool deleteTemplate(Database& database, const std::string& libraryID, const std::string& workspaceID);
 std::vector<Template> templatesOf(Database& database, const std::string& libraryID);
 
 // True where a library that the user can read holds the workspace as a template.

@@ -6,11 +6,15 @@ namespace service::store {
 
 void insertMember(Database& database, const std::string& workspaceID, const std::string& userID, long long joined)
 {
-    database.run("INSERT INTO member (workspace_id, user_id, joined) VALUES (?, ?, ?)", workspaceID, userID, joined);
+    database.run(
+        "INSERT INTO member (workspace_id, user_id, joined, seen_event)"
+        " VALUES (?1, ?2, ?3, (SELECT coalesce(max(number), 0) FROM event WHERE workspace_id = ?1))",
+        workspaceID, userID, joined);
 }
 
 bool deleteMember(Database& database, const std::string& workspaceID, const std::string& userID)
 {
+    database.run("DELETE FROM activity WHERE workspace_id = ? AND user_id = ?", workspaceID, userID);
     return database.run("DELETE FROM member WHERE workspace_id = ? AND user_id = ?", workspaceID, userID) == 1;
 }
 

@@ -19,9 +19,10 @@ struct Membership {
     std::vector<std::string> roleIDs;
 };
 
+// The events that are there already are none of the new member's.
 void insertMember(Database& database, const std::string& workspaceID, const std::string& userID, long long joined);
 
-// Returns false where there was no such member.
+// Takes what the member reported along. Returns false where there was no such member.
 bool deleteMember(Database& database, const std::string& workspaceID, const std::string& userID);
 bool isMember(Database& database, const std::string& workspaceID, const std::string& userID);
 std::vector<Member> membersOf(Database& database, const std::string& workspaceID);

@@ -120,14 +120,37 @@ CREATE TABLE activity (
     PRIMARY KEY (workspace_id, user_id)) WITHOUT ROWID;
 )sql";
 
-// Version 3: what is decided about the service itself while it runs.
+// Version 3: an invitee is found without a look at all the others; a member has a last event that needs no telling;
+// every tab has a place of its own; what those reported who have left is forgotten; a
+// session may end with another.
 constexpr const char* kVersion3 = R"sql(
+CREATE INDEX invitation_by_descriptor ON invitation (workspace_id, descriptor);
+CREATE INDEX invitation_by_invitee ON invitation (workspace_id, user_id);
+CREATE INDEX user_by_email ON user (email COLLATE NOCASE);
+DROP INDEX invitation_by_workspace;
+ALTER TABLE member ADD COLUMN seen_event INTEGER NOT NULL DEFAULT 0;
+UPDATE member SET seen_event = (
+    SELECT coalesce(max(number), 0) FROM event
+    WHERE event.workspace_id = member.workspace_id AND created < joined);
+UPDATE tab SET tab_order = place FROM (
+    SELECT rowid AS id, row_number() OVER (PARTITION BY workspace_id ORDER BY tab_order, rowid) AS place FROM tab)
+    AS ranked
+    WHERE tab.rowid = id AND workspace_id IN (
+        SELECT workspace_id FROM tab GROUP BY workspace_id, tab_order HAVING count(*) > 1);
+ALTER TABLE session ADD COLUMN root TEXT NOT NULL DEFAULT '';
+CREATE INDEX session_by_root ON session (root);
+DELETE FROM activity WHERE NOT EXISTS (
+    SELECT 1 FROM member WHERE member.workspace_id = activity.workspace_id AND member.user_id = activity.user_id);
+)sql";
+
+// Version 4: what is decided about the service itself while it runs.
+constexpr const char* kVersion4 = R"sql(
 CREATE TABLE service_setting (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
 CREATE TABLE fault (
     fault_id INTEGER PRIMARY KEY, description TEXT NOT NULL, seen INTEGER NOT NULL, struck INTEGER NOT NULL);
 )sql";
 
-constexpr std::array kVersions{kVersion1, kVersion2, kVersion3};
+constexpr std::array kVersions{kVersion1, kVersion2, kVersion3, kVersion4};
 
 long long pragma(Database& database, std::string_view sql)
 {

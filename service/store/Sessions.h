@@ -16,6 +16,7 @@ struct Session {
     std::string workspaceID;  // empty unless the credential was derived for one workspace
     long long duration = 0;
     long long expires = 0;
+    std::string root;  // the credential of the session that this one ends with; empty for one of its own
 };
 
 void insertSession(Database& database, const Session& session);
@@ -23,6 +24,8 @@ std::optional<Session> findSession(Database& database, const std::string& cred);
 
 // Puts the end of a session off: it lives one duration beyond its last use.
 void touchSession(Database& database, const std::string& cred, long long expires);
+
+// Takes the sessions along that end with this one.
 void deleteSession(Database& database, const std::string& cred);
 
 // An expired session is kept for a while, so that its owner is told "expired" and not "unknown".

@@ -37,6 +37,16 @@ void insertThing(Database& database, const Thing& thing)
         thing.thingID, thing.userID, thing.workspaceID, thing.name, thing.extension, thing.created);
 }
 
+std::string workspaceOfThing(Database& database, const std::string& thingID)
+{
+    return database.value("SELECT workspace_id FROM thing WHERE thing_id = ?", thingID).value_or(std::string());
+}
+
+void deleteThing(Database& database, const std::string& thingID)
+{
+    database.run("DELETE FROM thing WHERE thing_id = ?", thingID);
+}
+
 std::vector<Thing> thingsVisibleTo(Database& database, const std::string& userID)
 {
     Rows rows = database.select(

@@ -35,6 +35,10 @@ struct Thing {
 };
 
 void insertThing(Database& database, const Thing& thing);
+
+// Empty for a thing that belongs to none.
+std::string workspaceOfThing(Database& database, const std::string& thingID);
+void deleteThing(Database& database, const std::string& thingID);
 std::vector<Thing> thingsVisibleTo(Database& database, const std::string& userID);
 
 }  // namespace service::store

@@ -45,7 +45,7 @@ std::optional<User> findUser(Database& database, const std::string& userID)
 std::optional<User> findUserByDescriptor(Database& database, const std::string& descriptor)
 {
     std::optional<std::string> userID = database.value(
-        "SELECT user_id FROM user WHERE ?1 IN (user_id, user_name) OR email = ?1 COLLATE NOCASE", descriptor);
+        "SELECT user_id FROM user WHERE user_id = ?1 OR user_name = ?1 OR email = ?1 COLLATE NOCASE", descriptor);
     return userID ? findUser(database, *userID) : std::nullopt;
 }
 

@@ -112,14 +112,4 @@ std::vector<ChatRoom> chatRoomsOf(Database& database, const std::string& workspa
     return rooms;
 }
 
-std::optional<std::string> workspaceOfChatRoom(Database& database, const std::string& roomID)
-{
-    return database.value("SELECT workspace_id FROM chat_room WHERE room_id = ?", roomID);
-}
-
-std::optional<std::string> workspaceOfDocument(Database& database, const std::string& documentID)
-{
-    return database.value("SELECT workspace_id FROM document WHERE document_id = ?", documentID);
-}
-
 }  // namespace service::store

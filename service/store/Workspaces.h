@@ -46,7 +46,5 @@ void setDescription(Database& database, const std::string& workspaceID, const st
 
 void insertChatRoom(Database& database, const ChatRoom& room);
 std::vector<ChatRoom> chatRoomsOf(Database& database, const std::string& workspaceID);
-std::optional<std::string> workspaceOfChatRoom(Database& database, const std::string& roomID);
-std::optional<std::string> workspaceOfDocument(Database& database, const std::string& documentID);
 
 }  // namespace service::store

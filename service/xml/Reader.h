@@ -14,4 +14,7 @@ enum class Texts { plain, percentEncoded };
 // declarations and elements nested too deeply.
 Node read(std::string_view text, Texts texts);
 
+// Whether an element may have this name.
+bool isName(std::string_view text);
+
 }  // namespace service::xml

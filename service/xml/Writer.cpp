@@ -1,6 +1,9 @@
 #include "service/xml/Writer.h"
 
+#include <stdexcept>
+
 #include "service/base/Text.h"
+#include "service/xml/Reader.h"
 
 namespace service::xml {
 
@@ -58,6 +61,7 @@ void appendEscaped(std::string& out, std::string_view text)
 void append(std::string& out, const Node& node)
 {
     if (node.matchOnly) return;
+    if (!isName(node.name)) throw std::logic_error("no element can be called " + quoted(node.name));
     out += '<';
     out += node.name;
     out += '>';

@@ -76,7 +76,7 @@ private:
 
     void call()
     {
-        const std::size_t requestsBefore = server_->requests().size();
+        const std::size_t requestsBefore = server_->received();
         if (!meetsServer()) {
             server_.reset();
         } else if (wire_.reply) {

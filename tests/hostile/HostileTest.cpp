@@ -42,7 +42,7 @@ protected:
     ~HostileReply() override
     {
         pvutil::CZelHttpClient::SetLimits({});
-        std::cout << "exchanges | " << server.requests().size() << "\n";
+        std::cout << "exchanges | " << server.received() << "\n";
     }
 
     static void setSilence(std::chrono::milliseconds silence)
@@ -152,7 +152,7 @@ protected:
 
     void awaitAllThatIsSent() const
     {
-        for (int times = 0; server.answered() < server.requests().size() && times < 500; ++times)
+        for (int times = 0; server.answered() < server.received() && times < 500; ++times)
             std::this_thread::sleep_for(1ms);
         std::this_thread::sleep_for(1ms);  // the end of a connection comes behind that
     }

@@ -28,6 +28,22 @@ TEST_F(HttpHeaders, CallersLinesStandInTheirPlace)
     for (const auto& [name, value] : last().headers) EXPECT_NE(value, "pvWapi/1.0");
 }
 
+// Three of them, which may be those that the library gives a form, or nearly.
+TEST_F(HttpHeaders, CallersLinesAreSentWhateverTheyAreLike)
+{
+    const std::string form = "application/x-www-form-urlencoded";
+    for (const std::string accept : {"*/*", "text/xml"})
+        for (const std::string agent : {"pvWapi/1.0", "host/2"})
+            for (const std::string& type : {form, std::string("text/plain"), form + "; charset=utf-8"}) {
+                EXPECT_EQ(
+                    postWithHeaders("Accept: " + accept + "\r\nUser-Agent: " + agent + "\r\nContent-Type: " + type),
+                    200);
+                EXPECT_EQ(last().header("Accept"), accept);
+                EXPECT_EQ(last().header("User-Agent"), agent);
+                EXPECT_EQ(last().header("Content-Type"), type);
+            }
+}
+
 TEST_F(HttpHeaders, CallersLinesNeedTheirOption)
 {
     EXPECT_EQ(client.Request(server.url("/"), HTTP_METHOD::POST, "a=b"_w, "X-One: 1"_w, HttpOption::kForm), 200);

@@ -50,6 +50,29 @@ TEST(IllFormedUnits, GiveZero)
     }
 }
 
+// The parser would take it for UTF-16, whatever it was told.
+TEST(IllFormedUnits, GiveZeroWhereZerosStandBetweenLetters)
+{
+    const std::string text = "<a><b>1</b></a>";
+    std::string little;
+    std::string big;
+    for (const char c : text) {
+        little += {c, '\0'};
+        big += {'\0', c};
+    }
+    for (const std::string& zeros :
+         {little, big, std::string(1, '\0') + text, "<" + std::string(1, '\0') + text.substr(1)}) {
+        XmlRecorder handler({"/a/b/"});
+        EXPECT_EQ(handler.ParseUtf8(zeros), 0);
+        EXPECT_EQ(handler.ParseXML(wide(zeros)), 0);
+        EXPECT_EQ(handler.parseInPieces(zeros, 1), 0);
+        EXPECT_EQ(handler.parseInPieces(zeros, 3), 0);
+        EXPECT_EQ(handler.texts(), "?");
+        EXPECT_EQ(handler.parse(text), 1);
+        EXPECT_EQ(handler.texts(), "1");
+    }
+}
+
 TEST(IllFormedUnits, GiveZeroAsReversedSurrogates)
 {
     XmlRecorder handler({"/a/"});

@@ -102,4 +102,8 @@ for name in good number apart name expired future unknown self old; do
     export "PVWAPI_TLS_$(echo "$name" | tr a-z A-Z)=$(cat "$folder/$name.port")"
 done
 export PVWAPI_TLS_AUTHORITY="$folder/known.crt"
+# The system as old as it can be set: what is too old is the library's to refuse.
+printf '%s\n' openssl_conf=all '[all]' ssl_conf=ssl '[ssl]' system_default=old '[old]' MinProtocol=TLSv1 \
+    CipherString=ALL:@SECLEVEL=0 >"$folder/old.cnf"
+export OPENSSL_CONF="$folder/old.cnf"
 "$@"

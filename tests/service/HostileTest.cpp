@@ -53,6 +53,21 @@ TEST_F(Hostile, FormsAreRefusedWithAReason)
     }
 }
 
+TEST_F(Hostile, ReasonsSayWhatIsWrongWithAText)
+{
+    const auto reasonOf = [&](const std::string& body) { return textAt(form(port_, body), kReason); };
+    EXPECT_EQ(reasonOf("cmd=get%1B"), "the form field \"cmd\" holds the character U+001B, which XML cannot carry");
+    EXPECT_EQ(reasonOf("cmd=get\x01%1B"), "the form field \"cmd\" holds the character U+0001, which XML cannot carry");
+    EXPECT_EQ(reasonOf("cmd=%EF%BF%BE"), "the form field \"cmd\" holds the character U+FFFE, which XML cannot carry");
+    EXPECT_EQ(reasonOf("cmd=get%FF%1B"), "the form field \"cmd\" holds bytes that are not UTF-8");
+    EXPECT_EQ(reasonOf("cmd=%ED%A0%80"), "the form field \"cmd\" holds bytes that are not UTF-8");
+    const HttpReply upload = Talk(port_).post(
+        "/kznconnect/upload.do", "--b\r\nContent-Disposition: form-data; name=\"cmd\"\r\n\r\n\x1B\r\n--b--",
+        "multipart/form-data; boundary=b");
+    EXPECT_EQ(textAt(upload.body, kReason),
+              "the upload cannot be read: the field \"cmd\" holds the character U+001B, which XML cannot carry");
+}
+
 TEST_F(Hostile, FormsWithTooManyFieldsAreRefused)
 {
     std::string many = "cmd=login";
@@ -111,6 +126,19 @@ TEST_F(Hostile, XmlThatIsNoXmlIsRefused)
     EXPECT_FAILURE(anna.execute("RunScript", deep), "KZN:LimitExceeded");
 }
 
+// A name that XML does not have would make everything that shows it unreadable, for good where it is kept.
+TEST_F(Hostile, NamesThatXmlDoesNotHaveNeitherStayNorComeBack)
+{
+    User anna(port_, "anna");
+    const std::string autumn = anna.spaceNamed("Autumn catalogue");
+    const std::string thing = "<thing><thingName>n</thingName><ext><KZN><meetingRecording><workspaceID>" + autumn +
+                              "</workspaceID><x\xC3\x97/></meetingRecording></KZN></ext></thing>";
+    EXPECT_FAILURE(anna.call("cmd=create&type=thng&xml=" + encoded(thing)), "KZN:BadXml");
+    EXPECT_FAILURE(anna.call("cmd=create&type=thng&xml=" + thing), "KZN:BadXml");
+    EXPECT_FAILURE(anna.execute("ProbeAccess", "<tests><x\xC3\x97/></tests>"), "KZN:BadXml");
+    EXPECT_SUCCESS(User(port_, "ben").script("<step><cmd>list</cmd><type>thng</type></step>"));
+}
+
 TEST_F(Hostile, AnythingElseIsNotFound)
 {
     for (const std::string target :
@@ -129,6 +157,67 @@ TEST_F(Hostile, AGetCarriesItsFormBehindTheQuestionMark)
     EXPECT_EQ(reply.contentType, "text/xml; charset=utf-8");
     EXPECT_SUCCESS(reply.body);
     EXPECT_FAILURE(Talk(port_).get("/kznconnect/op.do").body, "KZN:BadRequest");
+}
+
+// Everything before the empty line, without the line that says how the connection goes on.
+std::string headOf(unsigned short port, const std::string& method, const std::string& target)
+{
+    Talk talk(port);
+    talk.sendRaw(method + " " + target + " HTTP/1.1\r\nHost: " + talk.host() + "\r\nConnection: close\r\n\r\n");
+    const std::string reply = talk.readToEnd();
+    const std::size_t end = reply.find("\r\n\r\n");
+    EXPECT_NE(end, std::string::npos);
+    EXPECT_EQ(end + 4 == reply.size(), method == "HEAD") << reply;
+    return reply.substr(0, end);
+}
+
+TEST_F(Hostile, AHeadIsAGetWithoutItsBody)
+{
+    User anna(port_, "anna");
+    const std::string icon = textAt(uploadIcon(port_, anna.cred(), anna.makeSpace("n"), "GIF89a").body, "//url");
+    for (const std::string& target : {std::string("/kznconnect/op.do?cmd=fly"), std::string("/nothing"),
+                                      icon.substr(icon.find("/kzndms")) + "?cred=" + anna.cred()}) {
+        const std::string head = headOf(port_, "HEAD", target);
+        EXPECT_EQ(head, headOf(port_, "GET", target));
+        EXPECT_THAT(head, HasSubstr("Content-Length: "));
+    }
+    // The connection goes on behind it.
+    Talk talk(port_);
+    const std::string target = " /nothing HTTP/1.1\r\nHost: " + talk.host() + "\r\n";
+    talk.sendRaw("HEAD" + target + "\r\nGET" + target + "Connection: close\r\n\r\n");
+    const std::string replies = talk.readToEnd();
+    EXPECT_THAT(replies.substr(replies.find("\r\n\r\n")), StartsWith("\r\n\r\nHTTP/1.1 404"));
+}
+
+TEST_F(Hostile, AMethodThatIsNotAnsweredIsToldWhichAre)
+{
+    for (const std::string method : {"PUT", "DELETE", "OPTIONS", "TRACE", "PATCH"}) {
+        const std::string head = headOf(port_, method, "/kznconnect/op.do");
+        EXPECT_THAT(head, StartsWith("HTTP/1.1 405"));
+        EXPECT_THAT(head, HasSubstr("\r\nAllow: GET, HEAD, POST\r\n"));
+    }
+}
+
+TEST_F(Hostile, AConnectionTooManyIsToldSo)
+{
+    std::vector<std::unique_ptr<Talk>> open;
+    for (int i = 0; i < 512; ++i) open.push_back(std::make_unique<Talk>(port_));
+    EXPECT_EQ(open.back()->get("/nothing").status, 404U);
+    for (int i = 0; i < 3; ++i) {
+        const std::string reply = Talk(port_).readToEnd();
+        EXPECT_THAT(reply, StartsWith("HTTP/1.1 503"));
+        EXPECT_THAT(reply, HasSubstr("\r\nConnection: close\r\n"));
+        const std::string body = reply.substr(reply.find("\r\n\r\n") + 4);
+        EXPECT_THAT(reply, HasSubstr("\r\nContent-Length: " + std::to_string(body.size()) + "\r\n"));
+        EXPECT_FAILURE(body, "KZN:LimitExceeded");
+    }
+    // Who has sent a request already is told as well.
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(Talk(port_).get("/nothing").status, 503U);
+    open.pop_back();
+    // The place is free as soon as the service has seen the end of the connection.
+    unsigned status = 0;
+    for (int i = 0; i < 100 && status != 404U; ++i) status = Talk(port_).get("/nothing").status;
+    EXPECT_EQ(status, 404U);
 }
 
 TEST_F(Hostile, BytesThatAreNoRequestEndTheirConnectionOnly)

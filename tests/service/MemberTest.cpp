@@ -106,6 +106,29 @@ TEST_F(Members, AnInvitationAsAdministratorMakesOne)
     EXPECT_THAT(accessOf(clara_), ElementsAre("true", "true", "true"));
 }
 
+// The answer to an invitation is what stands, not what was asked for.
+TEST_F(Members, ASecondInvitationTellsTheRoleThatStands)
+{
+    const std::string result = "/kznapi/return/invitationResults/invite/";
+    const auto told = [&](const std::string& inviteAs, const std::string& method) {
+        const std::string reply = invite("clara@nordwind.example", inviteAs, method);
+        std::vector<std::string> texts;
+        for (const char* const field : {"status", "inviteAs", "inviteMethod"}) {
+            texts.push_back(textAt(reply, result + field));
+        }
+        EXPECT_EQ(textAt(reply, result + "user"), "clara@nordwind.example");
+        EXPECT_EQ(textAt(reply, result + "email"), "clara@nordwind.example");
+        return texts;
+    };
+    EXPECT_THAT(told("1", "IM"), ElementsAre("pending", "KZN:SpaceMember", "IM"));
+    EXPECT_THAT(told("2", "EMAIL"), ElementsAre("alreadyInvited", "KZN:SpaceMember", "IM"));
+    EXPECT_SUCCESS(clara_.answer(spaceID_, "accept"));
+    EXPECT_THAT(told("2", "EMAIL"), ElementsAre("alreadyMember", "KZN:SpaceMember", "EMAIL"));
+    EXPECT_SUCCESS(changeRole(anna_, "user-clara", "KZN:SpaceAdmin"));
+    EXPECT_THAT(told("1", "EMAIL"), ElementsAre("alreadyMember", "KZN:SpaceAdmin", "EMAIL"));
+    EXPECT_EQ(textAt(invite("anna", "1"), result + "inviteAs"), "KZN:Creator");
+}
+
 TEST_F(Members, InvitationsAreRejectedAndWithdrawn)
 {
     invite("user-clara", "1");
@@ -196,21 +219,62 @@ TEST_F(Members, RightsOnAllSharedWorkspacesComeFromOneScript)
                 ElementsAre("", "only an administrator of the workspace may do this"));
 }
 
-TEST_F(Members, RoomsAndFeaturesAreProbed)
+class Probes : public Members {
+protected:
+    std::vector<std::string> probed(User& user, const std::string& tests, const std::string& element = "access")
+    {
+        return textsAt(user.execute("ProbeAccess", "<tests>" + tests + "</tests>"), "/kznapi/return/*/" + element);
+    }
+};
+
+TEST_F(Probes, FeaturesAreWhatTheOrganisationAllows)
+{
+    EXPECT_THAT(
+        probed(anna_, "<BulkSpaceInvite/><JoinSpace/><VoIPExt/><create-workspace/><create-chatRoom/><NoSuchFeature/>"),
+        ElementsAre("true", "true", "false", "true", "true", "false"));
+    EXPECT_SUCCESS(anna_.execute("ProbeAccess", "<tests></tests>"));
+}
+
+// Nobody may do what cannot be done here.
+TEST_F(Probes, NobodyMayDoWhatNoCommandDoes)
 {
     const std::string room = textAt(anna_.call("cmd=get&type=workspace&select=chatRooms&id=" + spaceID_),
                                     "/kznapi/return/workspace/chatRooms/chatRoom/chatRoomID");
-    const std::string tests =
-        "<tests><delete-chatRoom><id>" + room + "</id></delete-chatRoom><create-chatEntry><id>" + room +
-        "</id></create-chatEntry><set-doc><id>none</id></set-doc><BulkSpaceInvite/><JoinSpace/><VoIPExt/>"
-        "<create-workspace/><NoSuchFeature/></tests>";
-    EXPECT_THAT(textsAt(anna_.execute("ProbeAccess", tests), "/kznapi/return/*/access"),
-                ElementsAre("true", "true", "false", "true", "true", "false", "true", "false"));
+    ASSERT_NE(room, "");
+    const std::string tests = "<set-chatRoom><id>" + room + "</id></set-chatRoom><delete-chatRoom><id>" + room +
+                              "</id></delete-chatRoom><create-chatEntry><id>" + room +
+                              "</id></create-chatEntry><set-doc><id>none</id></set-doc><delete-doc><id>none</id>"
+                              "</delete-doc><create-doc/><get><cmd>create</cmd><type>doc</type></get>";
+    EXPECT_THAT(probed(anna_, tests), testing::AllOf(testing::SizeIs(7), testing::Each("false")));
+    EXPECT_THAT(probed(anna_, tests, "reason"),
+                testing::AllOf(testing::SizeIs(7), testing::Each("this service has no command for it")));
+}
+
+TEST_F(Probes, ATestAsksAboutItsCommandAndItsType)
+{
     invite("user-clara", "1");
     clara_.answer(spaceID_, "accept");
-    EXPECT_THAT(textsAt(clara_.execute("ProbeAccess", tests), "/kznapi/return/*/access"),
-                ElementsAre("false", "true", "false", "true", "true", "false", "true", "false"));
-    EXPECT_SUCCESS(anna_.execute("ProbeAccess", "<tests></tests>"));
+    const auto asked = [&](const std::string& name, const std::string& cmd, const std::string& type) {
+        return probed(clara_, "<" + name + ">" + (cmd.empty() ? "" : "<cmd>" + cmd + "</cmd>") + "<id>" + spaceID_ +
+                                  "</id>" + (type.empty() ? "" : "<type>" + type + "</type>") + "</" + name + ">");
+    };
+    EXPECT_THAT(asked("get", "get", "workspace"), ElementsAre("true"));
+    EXPECT_THAT(asked("get", "get", "wksp"), ElementsAre("true"));
+    EXPECT_THAT(asked("get", "get", ""), ElementsAre("true"));
+    EXPECT_THAT(asked("get", "", "workspace"), ElementsAre("true"));
+    EXPECT_THAT(asked("get", "", ""), ElementsAre("true"));
+    EXPECT_THAT(asked("set-workspace", "get", ""), ElementsAre("true"));
+    EXPECT_THAT(asked("get", "set", "workspace"), ElementsAre("false"));
+    EXPECT_THAT(asked("get", "set", ""), ElementsAre("false"));
+    EXPECT_THAT(asked("get", "delete", "workspace"), ElementsAre("false"));
+    EXPECT_THAT(asked("get", "", "doc"), ElementsAre("false"));
+    EXPECT_THAT(asked("get", "fly", "workspace"), ElementsAre("false"));
+    EXPECT_THAT(asked("get", "get", "planet"), ElementsAre("false"));
+    EXPECT_THAT(asked("anything", "get", "workspace"), ElementsAre("true"));
+    EXPECT_THAT(asked("anything", "create", "workspace"), ElementsAre("true"));
+    EXPECT_SUCCESS(changeRole(anna_, "user-clara", "KZN:SpaceAdmin"));
+    EXPECT_THAT(asked("get", "set", "workspace"), ElementsAre("true"));
+    EXPECT_THAT(asked("get", "delete", "wksp"), ElementsAre("true"));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include "service/store/Database.h"
 #include "service/store/Organisations.h"
 #include "service/store/Users.h"
-#include "tests/service/DemoService.h"
+#include "tests/service/InnerService.h"
 
 namespace service::test {
 
@@ -108,6 +108,7 @@ TEST_F(Policy, FollowsTheRowsOfTheDataFile)
         database.run("INSERT OR REPLACE INTO org_policy VALUES ('org-suedwind', 'VoIPExt', 0)");
         database.run("INSERT OR REPLACE INTO org_policy VALUES ('org-suedwind', 'VideoExt', 1)");
         database.run("INSERT OR REPLACE INTO org_policy VALUES ('org-suedwind', 'create-workspace', 1)");
+        database.run("INSERT OR REPLACE INTO org_policy VALUES ('org-suedwind', 'create-chatRoom', 1)");
     }
     ServiceProcess after(ServiceProcess::on(file_));
     User anna(after.port(), "anna");
@@ -115,6 +116,53 @@ TEST_F(Policy, FollowsTheRowsOfTheDataFile)
     EXPECT_THAT(allowedTo(emil), ElementsAre("VideoExt", "HasSpaces", "create-workspace"));
     EXPECT_NE(emil.makeSpace("Allowed now"), "");
     EXPECT_EQ(allowedTo(anna), annas);
+}
+
+class Switches : public InnerService {
+protected:
+    // Makes a workspace in each of the ways that there are, and says what came of it.
+    std::vector<std::string> outcomes(const std::string& more)
+    {
+        const std::string fields = "<workspaceName>n</workspaceName>" + more;
+        std::vector<std::string> reasons;
+        for (const auto& [task, xml] :
+             {std::pair<std::string, std::string>{"AddTabs", "<workspace>" + fields + "</workspace>"},
+              {"CloneWorkspace", "<workspace><useWkspID>" + spaceID_ + "</useWkspID>" + fields + "</workspace>"},
+              {"CreateWorkspaceUsingApp", "<workspace>" + fields + "</workspace>"},
+              {"CreateWorkspaceUsingApp", "<workspace><appName>Project</appName>" + fields + "</workspace>"}}) {
+            const std::string reply = execute(anna_, task, xml);
+            EXPECT_THAT(textAt(reply, kException), testing::AnyOf("", "KZN:AccessDenied"));
+            reasons.push_back(textAt(reply, kReason));
+        }
+        return reasons;
+    }
+
+    void turn(const std::string& feature, bool on) { store::setPolicy(database_, "org-nordwind", feature, on); }
+
+    std::string anna_ = credOf("anna");
+    std::string spaceID_ = makeSpace(anna_);
+};
+
+TEST_F(Switches, ThatAreOffKeepWorkspacesFromBeingMade)
+{
+    const std::string room = "<chatRoomName>r</chatRoomName>";
+    EXPECT_THAT(outcomes(room), testing::Each(""));
+    for (const std::string feature : {"HasSpaces", "create-workspace"}) {
+        turn(feature, false);
+        EXPECT_THAT(outcomes({}), testing::Each("your organisation does not allow " + feature));
+        EXPECT_THAT(outcomes(room), testing::Each("your organisation does not allow " + feature));
+        turn(feature, true);
+    }
+    EXPECT_THAT(outcomes(room), testing::Each(""));
+}
+
+TEST_F(Switches, ThatAreOffKeepRoomsFromBeingMade)
+{
+    turn("create-chatRoom", false);
+    EXPECT_THAT(outcomes({}), testing::Each(""));
+    EXPECT_THAT(outcomes("<chatRoomName></chatRoomName>"), testing::Each(""));
+    EXPECT_THAT(outcomes("<chatRoomName>r</chatRoomName>"),
+                testing::Each("your organisation does not allow create-chatRoom"));
 }
 
 }  // namespace

@@ -42,6 +42,7 @@ TEST(Process, RefusesBadArgumentsWithOneLine)
     const std::string data = folder.file("data");
     const std::vector<std::vector<std::string>> cases{
         {},
+        {"--data", ""},
         {"--data", data, "--listen", "8420"},
         {"--data", data, "--listen", "127.0.0.1:65536"},
         {"--data", data, "--listen", "127.0.0.1:-1"},

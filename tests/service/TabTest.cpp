@@ -48,6 +48,71 @@ TEST_F(Tabs, AreRenamedMovedAndDeleted)
     EXPECT_FAILURE(anna_.call(setTab(tabID, "x")), "KZN:NoSuchObject");
 }
 
+class TabPlaces : public Tabs {
+protected:
+    std::vector<std::string> places()
+    {
+        const std::string at = "/kznapi/return/workspace/tabs/tab/";
+        const std::string reply = anna_.call("cmd=get&type=workspace&select=tabs&id=" + spaceID_);
+        const std::vector<std::string> orders = textsAt(reply, at + "tabOrder");
+        std::vector<std::string> texts = textsAt(reply, at + "tabName");
+        for (std::size_t i = 0; i < texts.size(); ++i) texts[i] += " " + orders.at(i);
+        return texts;
+    }
+
+    std::string order(const std::vector<std::pair<std::string, int>>& tabs)
+    {
+        std::string xml;
+        for (const auto& [tabID, place] : tabs) {
+            xml += "<tab><tabID>" + tabID + "</tabID><tabOrder>" + std::to_string(place) + "</tabOrder></tab>";
+        }
+        return anna_.call("cmd=set&type=wksp&id=" + spaceID_ +
+                          "&xml=" + encoded("<workspace><tabs>" + xml + "</tabs></workspace>"));
+    }
+};
+
+TEST_F(TabPlaces, ANewTabStandsBehindThoseThatHoldItsPlace)
+{
+    addTab("A", 1);
+    EXPECT_THAT(places(), ElementsAre("Discussions 1", "A 2", "Files 3"));
+    addTab("B", 0);
+    addTab("C", 0);
+    EXPECT_THAT(places(), ElementsAre("B 0", "C 1", "Discussions 2", "A 3", "Files 4"));
+    addTab("D", 9);
+    addTab("E", 4);
+    EXPECT_THAT(places(), ElementsAre("B 0", "C 1", "Discussions 2", "A 3", "Files 4", "E 5", "D 9"));
+}
+
+TEST_F(TabPlaces, ATabThatIsMovedPushesTheOthers)
+{
+    const std::string a = addTab("A", 3);
+    const std::string b = addTab("B", 4);
+    EXPECT_SUCCESS(anna_.call("cmd=set&type=tab&id=" + b + "&xml=<tab><tabOrder>1</tabOrder></tab>"));
+    EXPECT_THAT(places(), ElementsAre("B 1", "Discussions 2", "Files 3", "A 4"));
+    EXPECT_SUCCESS(order({{"docTab", 1}, {a, 3}}));
+    EXPECT_THAT(places(), ElementsAre("Files 1", "B 2", "A 3", "Discussions 4"));
+    // All change places at once.
+    EXPECT_SUCCESS(order({{"docTab", 2}, {b, 1}, {"commTab", 3}, {a, 4}}));
+    EXPECT_THAT(places(), ElementsAre("B 1", "Files 2", "Discussions 3", "A 4"));
+}
+
+TEST_F(TabPlaces, NoTwoTabsAreGivenOnePlace)
+{
+    const std::vector<std::string> before = places();
+    EXPECT_FAILURE(order({{"docTab", 5}, {"commTab", 5}}), "KZN:BadRequest");
+    EXPECT_EQ(places(), before);
+}
+
+TEST_F(TabPlaces, TabsThatComeWithAWorkspaceHaveOneEach)
+{
+    spaceID_ = textAt(anna_.execute("AddTabs",
+                                    "<workspace><workspaceName>n</workspaceName><tabs><tab><tabName>A</tabName></tab>"
+                                    "<tab><tabName>B</tabName></tab><tab><tabName>C</tabName><tabOrder>1</tabOrder>"
+                                    "</tab></tabs></workspace>"),
+                      kSpaceID);
+    EXPECT_THAT(places(), ElementsAre("A 0", "B 1", "C 2"));
+}
+
 TEST_F(Tabs, TheFixedOnesStay)
 {
     EXPECT_FAILURE(anna_.call("cmd=delete&type=tab&id=commTab"), "KZN:AccessDenied");

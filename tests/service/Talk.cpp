@@ -1,7 +1,5 @@
 #include "tests/service/Talk.h"
 
-#include <poll.h>
-
 #include <array>
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/buffers_iterator.hpp>
@@ -121,14 +119,6 @@ std::string Talk::readToEnd()
         text.append(piece.data(), length);
     }
     return text;
-}
-
-bool Talk::closesWithin(std::chrono::milliseconds time)
-{
-    pollfd ready{socket_.native_handle(), POLLIN, 0};
-    if (poll(&ready, 1, static_cast<int>(time.count())) != 1) return false;
-    readToEnd();
-    return true;
 }
 
 std::string form(unsigned short port, const std::string& body)

@@ -2,7 +2,6 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
-#include <chrono>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,9 +48,6 @@ public:
 
     // Everything until the service closes.
     std::string readToEnd();
-
-    // False where the service has not closed the connection in time.
-    bool closesWithin(std::chrono::milliseconds time);
 
 private:
     HttpReply readReply();

@@ -66,6 +66,12 @@ public:
         return requests_;
     }
 
+    std::size_t received() const
+    {
+        const std::lock_guard lock(mutex_);
+        return requests_.size();
+    }
+
     std::vector<CapturedRequest> takeRequests()
     {
         const std::lock_guard lock(mutex_);
@@ -317,6 +323,11 @@ std::size_t CaptureServer::dropQueue()
 std::vector<CapturedRequest> CaptureServer::requests() const
 {
     return engine_->book.requests();
+}
+
+std::size_t CaptureServer::received() const
+{
+    return engine_->book.received();
 }
 
 std::vector<CapturedRequest> CaptureServer::takeRequests()

@@ -82,6 +82,8 @@ public:
     std::size_t dropQueue();
 
     std::vector<CapturedRequest> requests() const;
+    /// How many of them there are.
+    std::size_t received() const;
     /// The same, and the server forgets them.
     std::vector<CapturedRequest> takeRequests();
     std::size_t connections() const;

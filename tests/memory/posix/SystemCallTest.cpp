@@ -8,6 +8,7 @@
 #include <fstream>
 #include <functional>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include "client/TraceLog.h"
@@ -240,4 +241,22 @@ TEST_F(SystemCallTest, AClientWithoutATimerWorksAndNeverTicks)
     EXPECT_EQ(of->cloneSession({}, {}, cred), 1);
     const std::size_t before = requestCount();
     EXPECT_FALSE(pumpUntil([&] { return requestCount() != before; }, std::chrono::milliseconds(400)));
+}
+
+// On a thread of its own, where the first client's window is the first of all.
+TEST_F(SystemCallTest, AClientWithoutATimerLeavesTheOthersAlone)
+{
+    std::thread([this] {
+        const CStringT url = server.url(kOperationPath);
+        CWapiClient first(url);
+        {
+            const FailingCalls calls(1, Wrong::failsFromThen);
+            const CWapiClient second(url);
+        }
+        shortenInterval(first, std::chrono::milliseconds(50));
+        CStringT cred;
+        EXPECT_EQ(first.cloneSession({}, {}, cred), 1);
+        const std::size_t before = requestCount();
+        EXPECT_TRUE(pumpUntil([&] { return requestCount() != before; }, std::chrono::milliseconds(5000)));
+    }).join();
 }

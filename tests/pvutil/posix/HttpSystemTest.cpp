@@ -1,9 +1,14 @@
 // What the system does to a request here: a proxy of the environment, no descriptor left, a look-up that takes long.
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <thread>
 
@@ -60,6 +65,44 @@ TEST_F(HttpSystem, ProxyThatIsNotThereOnTheServersOwnPort)
     const std::string proxy = "127.0.0.3:" + std::to_string(server.port());
     setenv("http_proxy", ("http://" + proxy).c_str(), 1);
     expectFault(HttpFault::proxy, server.url("/"), "Connecting to " + proxy + ": ");
+}
+
+// The parent's may not be used there: each would get the other's replies.
+TEST_F(HttpSystem, ForkedProcessHasConnectionsOfItsOwn)
+{
+    server.otherwise(200, "text/xml", "<kznapi/>");
+    EXPECT_EQ(post("before"), 200);
+    EXPECT_EQ(server.connections(), 1U);
+    const pid_t child = fork();
+    if (child == 0) _exit(post("in the child") == 200 && post("there again") == 200 ? 0 : 1);
+    ASSERT_GT(child, 0);
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(post("after"), 200);
+    const auto requests = server.requests();
+    ASSERT_EQ(requests.size(), 4U);
+    EXPECT_EQ(requests[1].connection, 2U);
+    EXPECT_EQ(requests[2].connection, 2U);
+    EXPECT_EQ(requests[3].connection, 1U);
+}
+
+// In a process of its own, which finds another file in the library's place.
+TEST_F(HttpSystem, LibcurlThatCannotBeLoadedIsToldInTheSystemsWords)
+{
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / std::to_string(::getpid());
+    std::filesystem::create_directory(folder);
+    std::ofstream(folder / "libcurl.so.4") << "no library";
+    const std::string command = "LD_LIBRARY_PATH=" + folder.string() + " " PROXIED_CALL " http://127.0.0.1:1/";
+    std::FILE* const output = ::popen(command.c_str(), "r");
+    ASSERT_NE(output, nullptr);
+    std::array<char, 500> line{};
+    EXPECT_NE(std::fgets(line.data(), line.size(), output), nullptr);
+    EXPECT_EQ(WEXITSTATUS(::pclose(output)), static_cast<int>(HttpFault::local));
+    std::filesystem::remove_all(folder);
+    const std::string told = line.data();
+    EXPECT_NE(told.find("Connecting to 127.0.0.1:1: "), std::string::npos) << told;
+    EXPECT_NE(told.find(folder.string() + "/libcurl.so.4: "), std::string::npos) << told;
 }
 
 TEST_F(HttpSystem, ListenerThatSpeaksNoTls)
