@@ -64,7 +64,7 @@ std::string JsonObject::text(const char* name, std::string otherwise)
     if (value == nullptr) return otherwise;
     if (!value->is_string()) wrong(name, "has to be a text");
     auto found = value->get<std::string>();
-    if (!isXmlText(found)) wrong(name, "holds a character that a reply could not carry");
+    if (const std::string fault = faultOf(found); !fault.empty()) wrong(name, "holds " + fault);
     return found;
 }
 

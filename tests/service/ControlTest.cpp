@@ -16,7 +16,8 @@ using testing::SizeIs;
 using Control = ControlledService;
 
 constexpr const char* kSmallSeed = R"({
-  "organisations": [{"id": "org-1", "name": "One", "policy": {"create-workspace": true, "JoinSpace": true}}],
+  "organisations": [{"id": "org-1", "name": "One",
+                     "policy": {"HasSpaces": true, "create-workspace": true, "create-chatRoom": true, "JoinSpace": true}}],
   "users": [
     {"name": "emil", "organisation": "org-1", "password": "emil-demo-1", "email": "emil@one.example"},
     {"name": "fria", "organisation": "org-1", "password": "fria-demo-1", "email": "fria@one.example"}],
@@ -91,7 +92,8 @@ TEST_F(Control, AnEmptyServiceTakesASeed)
 TEST_F(Control, ASeedThatContradictsItselfChangesNothing)
 {
     done("POST", "reset", R"({"empty": true})");
-    const std::string org = R"("organisations": [{"id": "o", "name": "O", "policy": {"create-workspace": true}}])";
+    const std::string org =
+        R"("organisations": [{"id": "o", "name": "O", "policy": {"HasSpaces": true, "create-workspace": true}}])";
     const std::string user = R"("users": [{"name": "emil", "organisation": "o", "password": "p", "email": "e@o"}])";
     const std::vector<std::pair<std::string, std::string>> cases{
         {"[]", "the seed has to be an object"},

@@ -2,7 +2,7 @@
 
 #include "service/commands/Commands.h"
 #include "service/http/Form.h"
-#include "service/seed/Demo.h"
+#include "service/seed/Seed.h"
 #include "service/store/Database.h"
 #include "tests/service/DemoService.h"
 
