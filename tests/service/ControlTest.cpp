@@ -17,7 +17,8 @@ using Control = ControlledService;
 
 constexpr const char* kSmallSeed = R"({
   "organisations": [{"id": "org-1", "name": "One",
-                     "policy": {"HasSpaces": true, "create-workspace": true, "create-chatRoom": true, "JoinSpace": true}}],
+                     "policy": {"HasSpaces": true, "create-workspace": true, "create-chatRoom": true,
+                                "JoinSpace": true}}],
   "users": [
     {"name": "emil", "organisation": "org-1", "password": "emil-demo-1", "email": "emil@one.example"},
     {"name": "fria", "organisation": "org-1", "password": "fria-demo-1", "email": "fria@one.example"}],
