@@ -31,6 +31,7 @@ void systemRelease(void* block) noexcept __asm__("__libc_free");
 namespace {
 
 constinit std::atomic<std::size_t> theAllocations = 0;
+constinit std::atomic<std::size_t> theTaken = 0;
 constinit std::atomic<std::size_t> theBytes = 0;
 constinit std::atomic<std::size_t> thePeak = 0;
 constinit std::atomic<std::size_t> theStart = 0;
@@ -41,6 +42,7 @@ void* taken(void* block) noexcept
     const std::size_t size = malloc_usable_size(block);
     const std::size_t held = theBytes.fetch_add(size, std::memory_order_relaxed) + size;
     theAllocations.fetch_add(1, std::memory_order_relaxed);
+    theTaken.fetch_add(size, std::memory_order_relaxed);
     if (held > thePeak.load(std::memory_order_relaxed)) thePeak.store(held, std::memory_order_relaxed);
     return block;
 }
@@ -103,6 +105,7 @@ namespace kzn::bench {
 void resetHeapUse() noexcept
 {
     theAllocations = 0;
+    theTaken = 0;
     theStart = theBytes.load();
     thePeak = theBytes.load();
 }
@@ -111,7 +114,7 @@ HeapUse heapUse() noexcept
 {
     const std::size_t start = theStart;
     const auto beyondStart = [start](std::size_t bytes) { return bytes - std::min(bytes, start); };
-    return {theAllocations, beyondStart(thePeak), beyondStart(theBytes)};
+    return {theAllocations, theTaken, beyondStart(thePeak), beyondStart(theBytes)};
 }
 
 }  // namespace kzn::bench

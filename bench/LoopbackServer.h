@@ -9,8 +9,7 @@
 
 namespace kzn::bench {
 
-/// Of a process of its own where the system can make one from this. To be started before the program has threads; ends
-/// with its owner.
+/// A process of its own. To be started before the program has threads; ends with its owner.
 class LoopbackServer {
 public:
     explicit LoopbackServer(std::string_view xmlReply);
@@ -25,7 +24,7 @@ public:
 
 private:
     struct Running;
-    std::shared_ptr<Running> running_;
+    std::unique_ptr<Running> running_;
     std::string url_;
 };
 

@@ -47,9 +47,14 @@ void serveOne(tcp::socket socket, const std::string& reply)
 
 ReplyServer::ReplyServer() : acceptor_(context_, tcp::endpoint(boost::asio::ip::address_v4::loopback(), 0)) {}
 
-std::string ReplyServer::url() const
+std::uint16_t ReplyServer::port() const
 {
-    return "http://127.0.0.1:" + std::to_string(acceptor_.local_endpoint().port()) + "/kznconnect/op.do";
+    return acceptor_.local_endpoint().port();
+}
+
+std::string ReplyServer::urlOf(std::uint16_t port)
+{
+    return "http://127.0.0.1:" + std::to_string(port) + "/kznconnect/op.do";
 }
 
 void ReplyServer::serve(std::string_view xmlReply, std::atomic<std::size_t>& connections)

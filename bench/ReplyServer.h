@@ -5,6 +5,7 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,10 @@ public:
     /// Listens on a free port of the loopback address.
     ReplyServer();
 
-    std::string url() const;
+    std::uint16_t port() const;
+
+    /// The address of the one that listens on a port.
+    static std::string urlOf(std::uint16_t port);
 
     boost::asio::io_context& context() noexcept { return context_; }
 

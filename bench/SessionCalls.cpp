@@ -5,6 +5,7 @@
 
 #include "bench/KeptPost.h"
 #include "bench/LogSize.h"
+#include "bench/Reach.h"
 #include "bench/Timing.h"
 
 namespace kzn::bench {
@@ -13,7 +14,6 @@ namespace {
 
 using kzn::pvutil::stringex::FromUtf8;
 
-constexpr int kPairs = 15'000;
 constexpr int kBatch = 2;  // calls timed as one piece of work: short, so that some are left alone
 constexpr std::size_t kCalls = 1'000;
 constexpr std::string_view kCred = "5f0c2f7a-6d3b-4c6e-9a55-1d2f3e4b5c6d:us-00f1e2d3c4b5a697";
@@ -42,7 +42,7 @@ void SessionCalls::countConnections()
 Ratio SessionCalls::against(const std::function<bool()>& peer)
 {
     const auto logBefore = logSize();
-    const int pairs = report_.pairs(kPairs);
+    const int pairs = report_.pairs(kCallPairs);
     const Ratio ratio = compareUndisturbed(
         pairs, [&] { return secondsOfBatch([&] { return client_.getSessionInfo(cred_) == 1; }); },
         [&] { return secondsOfBatch(peer); });

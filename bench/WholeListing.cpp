@@ -1,7 +1,5 @@
 // A whole listing over HTTP, log and records included, against a socket that is read into a string and the system's
 // parser without anybody who listens.
-#include <sched.h>
-
 #include <string>
 
 #include "bench/Listing.h"
@@ -21,15 +19,6 @@ namespace {
 
 constexpr int kMost = 10'000;
 constexpr int kPairs = 81;
-
-// Client and server take turns on one processor; on two, either may pay for waking an idle one.
-void stayOnOneProcessor(Report& report)
-{
-    cpu_set_t one;
-    CPU_ZERO(&one);
-    CPU_SET(static_cast<std::size_t>(sched_getcpu()), &one);
-    report.require(sched_setaffinity(0, sizeof one, &one) == 0, "the program cannot stay on one processor");
-}
 
 void compareOfSize(Report& report, int spaces)
 {
@@ -69,7 +58,7 @@ int main(int argc, char** argv)
 {
     Report report(argc, argv);
     keepHeap();
-    stayOnOneProcessor(report);
+    report.require(stayOnOneProcessor(), "the program cannot stay on one processor");
     for (const int spaces : {1'000, kMost}) compareOfSize(report, spaces);
     return report.status();
 }

@@ -63,7 +63,7 @@ public:
     int read(std::string_view piece, bool last)
     {
         if (!parser_) begin();
-        isWell_ = feed(piece, last) && isWell_;  // fed again after a fault, expat may forget it
+        isWell_ = isWell_ && feed(piece, last);  // fed again after a fault, expat may forget it
         std::exception_ptr thrown = std::exchange(thrown_, nullptr);
         // No fault of the text: half of it has been read as if it were all.
         if (!thrown && XML_GetErrorCode(parser_->get()) == XML_ERROR_NO_MEMORY)
@@ -84,7 +84,6 @@ private:
         cursor_ = XmlPathTree::kRoot;
         depth_ = outside_ = read_ = 0;
         isWell_ = true;
-        hasZeros_ = false;
         XML_SetUserData(parser_->get(), this);
         XML_SetElementHandler(parser_->get(), &Reader::onStart, &Reader::onEnd);
         XML_SetCharacterDataHandler(parser_->get(), &Reader::onText);
@@ -92,12 +91,11 @@ private:
     }
 
     // Zeros among the first two bytes make expat read UTF-16, whatever it was told. No text of XML has any.
-    bool beginsWithZeros(std::string_view piece) noexcept
+    bool beginsWithZeros(std::string_view piece) const noexcept
     {
         constexpr std::size_t kLookedAt = 2;
         const auto first = piece.substr(0, kLookedAt - std::min(read_, kLookedAt));
-        hasZeros_ = hasZeros_ || first.find('\0') != std::string_view::npos;
-        return hasZeros_;
+        return first.find('\0') != std::string_view::npos;
     }
 
     bool feed(std::string_view piece, bool last)
@@ -193,7 +191,6 @@ private:
     std::size_t outside_ = 0;  // of these, below what the tree knows
     std::size_t read_ = 0;
     bool isWell_ = true;
-    bool hasZeros_ = false;  // where no text has them
     std::exception_ptr thrown_;
 };
 

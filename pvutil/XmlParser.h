@@ -10,7 +10,8 @@ struct XML_ParserStruct;
 
 namespace EXPAT_EX {
 
-/// An expat parser of UTF-8. Whatever a text declares itself to be changes nothing.
+/// An expat parser of UTF-8, whatever a text declares itself to be; but zeros among its first two bytes make it UTF-16
+/// to expat.
 class XmlParser {
 public:
     /// Throws std::bad_alloc.

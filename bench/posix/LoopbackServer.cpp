@@ -43,10 +43,10 @@ struct LoopbackServer::Running {
     }
 };
 
-LoopbackServer::LoopbackServer(std::string_view xmlReply) : running_(std::make_shared<Running>())
+LoopbackServer::LoopbackServer(std::string_view xmlReply) : running_(std::make_unique<Running>())
 {
     ReplyServer server;
-    url_ = server.url();
+    url_ = ReplyServer::urlOf(server.port());
     server.context().notify_fork(boost::asio::execution_context::fork_prepare);
     running_->process = fork();
     if (running_->process < 0) throw std::runtime_error("the server's process cannot be made");

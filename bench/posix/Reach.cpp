@@ -3,5 +3,6 @@
 namespace kzn::bench {
 
 const double kReadingLimit = 1.5;
+const int kCallPairs = 15'000;
 
 }  // namespace kzn::bench

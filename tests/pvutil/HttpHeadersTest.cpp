@@ -44,6 +44,16 @@ TEST_F(HttpHeaders, CallersLinesAreSentWhateverTheyAreLike)
             }
 }
 
+// A request without a body has no type but the one that the caller states.
+TEST_F(HttpHeaders, LinesOfAFormAreSentWithoutAForm)
+{
+    const CStringT lines = "Accept: */*\r\nUser-Agent: host/2\r\nContent-Type: application/x-www-form-urlencoded"_w;
+    EXPECT_EQ(client.Request(server.url("/"), HTTP_METHOD::GET, ""_w, lines, HttpOption::kCallerHeaders), 200);
+    EXPECT_EQ(last().method, "GET");
+    EXPECT_EQ(last().header("User-Agent"), "host/2");
+    EXPECT_EQ(last().header("Content-Type"), "application/x-www-form-urlencoded");
+}
+
 TEST_F(HttpHeaders, CallersLinesNeedTheirOption)
 {
     EXPECT_EQ(client.Request(server.url("/"), HTTP_METHOD::POST, "a=b"_w, "X-One: 1"_w, HttpOption::kForm), 200);

@@ -55,6 +55,47 @@ TEST(NodeList, IsRaisedAtItsOwnDepthOnly)
     EXPECT_EQ(handler.events(), "(1; 1); ");
 }
 
+/// Counts what it is told of, lists and what nobody asked for.
+class CallbackCounter : public CXMLHandler {
+public:
+    CallbackCounter()
+    {
+        AddNodeListEventListener(1, wide("/r/i/"));
+        AddTextSelecter(wide("/r/i/n/"), &text_);
+    }
+
+    void OnStartNodeListEvent(unsigned) override { ++lists_; }
+    void OnEndNodeListEvent(unsigned) override { ++lists_; }
+    void OnStartNodeEvent(unsigned) override { ++others_; }
+    void OnEndNodeEvent(unsigned) override { ++others_; }
+    void OnStartAttributeEvent(unsigned) override { ++others_; }
+    void OnEndAttributeEvent(unsigned) override { ++others_; }
+
+    int lists() const noexcept { return lists_; }
+    int others() const noexcept { return others_; }
+
+private:
+    CStringT text_;
+    int lists_ = 0;
+    int others_ = 0;
+};
+
+TEST(NodeList, CostsTwoCallbacksAnItemWhateverStandsInIt)
+{
+    constexpr int kItems = 1'000;
+    std::string text = "<r>";
+    for (int item = 0; item < kItems; ++item) text += "<i a='1'><n>x&amp;y</n><k><l/></k><m>z</m></i><o>w</o>";
+    text += "</r>";
+    for (const std::size_t size : {text.size(), std::size_t{7}}) {
+        CallbackCounter handler;
+        const std::string_view all = text;
+        for (std::size_t at = 0; at < all.size(); at += size)
+            ASSERT_EQ(handler.ParsePiece(all.substr(at, size), at + size >= all.size()), 1);
+        EXPECT_EQ(handler.lists(), 2 * kItems);
+        EXPECT_EQ(handler.others(), 0);
+    }
+}
+
 TEST(NodeList, IsNotRaisedForAnotherRoot)
 {
     XmlRecorder handler({}, {{1, "/r/i/"}, {2, "/r/"}});
