@@ -129,6 +129,8 @@ public:
         });
     }
 
+    bool isOpen() const { return socket_.is_open(); }
+
     void close()
     {
         error_code ignored;
@@ -260,6 +262,8 @@ private:
         acceptor_.async_accept([this](error_code error, tcp::socket socket) {
             if (error == asio::error::operation_aborted) return;
             if (error) return accept();  // one that was given up before it was taken in
+            // Each has room for a large request, and what it sent last: thousands that have ended fill the memory.
+            std::erase_if(connections_, [](const auto& each) { return !each->isOpen(); });
             const auto connection = std::make_shared<Connection>(std::move(socket), book, ++book.connections);
             connections_.push_back(connection);
             connection->read();
@@ -270,7 +274,7 @@ private:
     asio::io_context context_;
     tcp::acceptor acceptor_;
     unsigned short port_ = 0;
-    // Held here, so that one that stalls or reads nothing stays open.
+    // Held here while they are open, so that one that stalls or reads nothing stays so.
     std::vector<std::shared_ptr<Connection>> connections_;
     std::thread thread_;
 };
