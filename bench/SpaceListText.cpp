@@ -94,6 +94,17 @@ void appendSpace(std::string& out, std::uint64_t number)
     out += "</spaceIcon></KZN></ext></workspace>";
 }
 
+void appendLeanSpace(std::string& out, std::uint64_t number)
+{
+    out += "<workspace>";
+    element(out, "workspaceID", identity("ws-", number));
+    element(out, "workspaceName", words(number, 2));
+    element(out, "userID", identity("us-", number / 8));
+    element(out, "type", "0");
+    element(out, "isTemplate", "false");
+    out += "</workspace>";
+}
+
 void appendInvitation(std::string& out, std::uint64_t number)
 {
     out += "<spaceInvite>";
@@ -135,6 +146,17 @@ std::string spaceListReply(int spaces)
     out += "</step><step>";
     for (std::uint64_t i = 0; i < count / 10; ++i) appendInvitation(out, i);
     out += "</step><step><user><workspaces>";
+    for (std::uint64_t i = 0; i < count; ++i) appendRole(out, i);
+    out += "</workspaces></user></step></return></kznapi>";
+    return out;
+}
+
+std::string leanSpaceListReply(int spaces)
+{
+    const auto count = static_cast<std::uint64_t>(spaces);
+    std::string out = "<kznapi><response><result>SUCCESS</result></response><return><step>";
+    for (std::uint64_t i = 0; i < count; ++i) appendLeanSpace(out, i);
+    out += "</step><step/><step><user><workspaces>";
     for (std::uint64_t i = 0; i < count; ++i) appendRole(out, i);
     out += "</workspaces></user></step></return></kznapi>";
     return out;

@@ -15,6 +15,9 @@ namespace kzn::bench {
 ///  - `spaces` entries of the user's roles, one role each, every 16th an administrator's.
 std::string spaceListReply(int spaces);
 
+/// The same with next to nothing in a workspace, some 320 bytes: no description and no icon, and no invitations.
+std::string leanSpaceListReply(int spaces);
+
 /// The first bytes of such replies, whole letters of them: at least so many, and three more at most.
 std::string spaceListBytes(std::size_t bytes);
 
