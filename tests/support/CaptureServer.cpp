@@ -69,7 +69,15 @@ public:
     std::size_t received() const
     {
         const std::lock_guard lock(mutex_);
-        return requests_.size();
+        return forgotten_ + requests_.size();
+    }
+
+    void forget()
+    {
+        const std::lock_guard lock(mutex_);
+        forgotten_ += requests_.size();
+        requests_.clear();
+        targets_.clear();
     }
 
     std::vector<CapturedRequest> takeRequests()
@@ -101,6 +109,7 @@ private:
     std::deque<Script> queue_;
     Script otherwise_ = Script().send(replyText(404, "text/plain", "no reply is queued"));
     std::vector<CapturedRequest> requests_;
+    std::size_t forgotten_ = 0;
     std::vector<std::string> targets_;
 };
 
@@ -332,6 +341,11 @@ std::vector<CapturedRequest> CaptureServer::requests() const
 std::size_t CaptureServer::received() const
 {
     return engine_->book.received();
+}
+
+void CaptureServer::forget()
+{
+    engine_->book.forget();
 }
 
 std::vector<CapturedRequest> CaptureServer::takeRequests()

@@ -86,6 +86,9 @@ public:
     std::size_t received() const;
     /// The same, and the server forgets them.
     std::vector<CapturedRequest> takeRequests();
+
+    /// Keeps none of the requests and targets so far; they still count.
+    void forget();
     std::size_t connections() const;
     /// The targets of all requests whose head has come, whether their body did or not.
     std::vector<std::string> targets() const;
