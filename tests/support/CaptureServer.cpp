@@ -207,9 +207,10 @@ private:
     void finish()
     {
         ++book_.answered;
-        if (script_.end() == Script::End::serveOn) return read();
-        if (script_.end() == Script::End::close) close();
-        if (script_.end() == Script::End::reset) reset();
+        const Script::End end = std::exchange(script_, {}).end();  // one that stalls needs its text no more
+        if (end == Script::End::serveOn) return read();
+        if (end == Script::End::close) close();
+        if (end == Script::End::reset) reset();
     }
 
     // Once: the next connection reads on.
