@@ -1,12 +1,9 @@
 #include "bench/PlainSocket.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/write.hpp>
 #include <cstdint>
 #include <cstdlib>
 
@@ -14,45 +11,55 @@ namespace kzn::bench {
 
 namespace {
 
+using boost::asio::ip::tcp;
+using boost::system::error_code;
+
 constexpr std::size_t kPiece = 65'536;
 
 }  // namespace
 
-PlainSocket::PlainSocket(const std::string& url) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+struct PlainSocket::Kept {
+    boost::asio::io_context io;
+    tcp::socket socket{io};
+};
+
+PlainSocket::PlainSocket(const std::string& url) : kept_(std::make_unique<Kept>())
 {
+    constexpr std::string_view kScheme = "http://";
+    const std::string_view rest = std::string_view(url).substr(kScheme.size());
+    const std::size_t path = rest.find('/');
+    begin_.append("POST ").append(rest.substr(path)).append(" HTTP/1.1\r\nHost: ").append(rest.substr(0, path));
+    begin_.append("\r\nContent-Length: ");
     const std::size_t port = url.rfind(':') + 1;
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(std::strtoul(url.c_str() + port, nullptr, 10)));
-    const int on = 1;
-    ::setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    static_cast<void>(::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    const auto number = static_cast<std::uint16_t>(std::strtoul(url.c_str() + port, nullptr, 10));
+    error_code ignored;
+    kept_->socket.connect({boost::asio::ip::address_v4::loopback(), number}, ignored);
+    kept_->socket.set_option(tcp::no_delay(true), ignored);
 }
 
-PlainSocket::~PlainSocket()
-{
-    ::close(socket_);
-}
+PlainSocket::~PlainSocket() = default;
 
 // Into the string's own room, of which there is enough from the second reply on.
 bool PlainSocket::receiveMore()
 {
     const std::size_t held = bytes_.size();
     bytes_.resize(std::max(held + kPiece, bytes_.capacity()));
-    const ssize_t count = ::recv(socket_, bytes_.data() + held, bytes_.size() - held, 0);
-    bytes_.resize(held + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    return count > 0;
+    error_code error;
+    const std::size_t count =
+        kept_->socket.read_some(boost::asio::buffer(bytes_.data() + held, bytes_.size() - held), error);
+    bytes_.resize(held + count);
+    return !error;
 }
 
 std::string_view PlainSocket::post(std::string_view form)
 {
-    std::string request = "POST / HTTP/1.1\r\nHost: localhost\r\nContent-Length: " + std::to_string(form.size());
+    std::string request = begin_ + std::to_string(form.size());
     request.append("\r\n\r\n").append(form);
     bytes_.clear();
     head_ = 0;
-    if (::send(socket_, request.data(), request.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(request.size()))
-        return {};
+    error_code error;
+    boost::asio::write(kept_->socket, boost::asio::buffer(request), error);
+    if (error) return {};
     std::size_t end = std::string::npos;
     while ((end = bytes_.find("\r\n\r\n")) == std::string::npos)
         if (!receiveMore()) return {};

@@ -1,6 +1,7 @@
 // The least that an exchange takes: a connection that is kept, a request as one text, and a reply read into a string.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -23,7 +24,10 @@ public:
 private:
     bool receiveMore();
 
-    int socket_ = -1;
+    struct Kept;
+
+    std::unique_ptr<Kept> kept_;
+    std::string begin_;  // of every request
     std::string bytes_;
     std::size_t head_ = 0;
 };

@@ -47,6 +47,11 @@ void Report::atMost(std::string_view name, const Ratio& measured, double limit)
     judge(name, told(measured), "<= " + decimal(limit, 2), measured.value <= limit, !quick_);
 }
 
+void Report::atLeast(std::string_view name, const Ratio& measured, double limit)
+{
+    judge(name, told(measured), ">= " + decimal(limit, 2), measured.value >= limit, !quick_);
+}
+
 void Report::near(std::string_view name, const Ratio& measured, double share)
 {
     const std::string limit = decimal(1 - share, 2) + " to " + decimal(1 + share, 2);

@@ -23,6 +23,9 @@ public:
     /// A ratio that may be `limit` at most.
     void atMost(std::string_view name, const Ratio& measured, double limit);
 
+    /// A ratio that has to be `limit` at least.
+    void atLeast(std::string_view name, const Ratio& measured, double limit);
+
     /// A ratio that may differ from 1 by `share` at most.
     void near(std::string_view name, const Ratio& measured, double share);
 

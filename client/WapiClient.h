@@ -54,7 +54,7 @@ class CZelHttpClient;
 ///   raw       The text is part of the form or of the address as it stands: it comes percent-encoded from the host, or
 ///             has nothing in it that needs it.
 ///
-/// A host is built with the library's own compiler and runtime: on Windows 32-bit MinGW-w64 GCC with POSIX threads,
+/// A host is built with the library's own compiler and runtime: on Windows MinGW-w64 GCC with POSIX threads,
 /// on Linux GCC's libstdc++. Text is UTF-16 on both.
 class PVWAPI_API CWapiClient {
 public:

@@ -12,13 +12,16 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
     # GCC 12 finds overlapping copies within its own std::string (its bug 105651).
     add_compile_options(-Wno-restrict)
+    if(CMAKE_UNITY_BUILD)
+        # What is a source's own is taken for a header's where several are compiled at a time.
+        add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
+    endif()
 endif()
 
 add_link_options(-Wl,--gc-sections)
 if(WIN32)
-    # The same sources give the same file; the symbols of a shipped DLL are of no use to a host.
+    # The same sources give the same file.
     add_link_options(-Wl,--no-insert-timestamp)
-    add_link_options($<$<CONFIG:MinSizeRel,Release>:-s>)
 elseif(NOT PVWAPI_BUILD_FUZZERS)
     # The library is whole: a missing piece shows when it is linked, not when a host loads it. (The names of clang's
     # sanitizers stand in the program alone.)

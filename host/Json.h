@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include "client/WapiClient.h"
+#include "records/AccountTables.h"
+#include "records/SpaceTables.h"
 
 namespace host {
 
@@ -17,22 +19,9 @@ struct nlohmann::adl_serializer<CStringT> {
     static void to_json(host::Json& json, const CStringT& text) { json = kzn::pvutil::stringex::ToUtf8(text); }
 };
 
-void to_json(host::Json& json, const SpaceForList& space);
-void to_json(host::Json& json, const CZelSpaceInvite& invitation);
-void to_json(host::Json& json, const space_t& space);
-void to_json(host::Json& json, const CZelTab& tab);
-void to_json(host::Json& json, const SPACE_ACCESS& access);
-void to_json(host::Json& json, const DOC_ACCESS& access);
-void to_json(host::Json& json, const ROOM_ACCESS& access);
-void to_json(host::Json& json, const RoleItem& item);
-void to_json(host::Json& json, const CZelMember& member);
-void to_json(host::Json& json, const SPACEINVT& invitation);
-void to_json(host::Json& json, const CUserConfigInfo& info);
-void to_json(host::Json& json, const CZelISProvider& provider);
-void to_json(host::Json& json, const USER_PROFILE& profile);
-void to_json(host::Json& json, const CZelPolicy& policy);
-void to_json(host::Json& json, const library_t& library);
-void to_json(host::Json& json, const CZelTemplateItem& item);
-void to_json(host::Json& json, const library2_t& library);
-void to_json(host::Json& json, const library_app_t& app);
-void to_json(host::Json& json, const SPACE_COUNT_ITEM& item);
+template <pvrecords::HasMembers Record>
+void to_json(host::Json& json, const Record& record)
+{
+    json = host::Json::object();
+    pvrecords::eachMember<Record>([&](const auto& member) { json[member.name] = member.get(record); });
+}

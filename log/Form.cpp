@@ -48,12 +48,41 @@ bool mayBeName(std::string_view name)
     return name.size() <= kLongestName && std::ranges::all_of(name, isEncodedByte);
 }
 
+/// From the end, where most names differ at once. The word is in small letters.
+bool endsInWord(std::string_view name, std::string_view word)
+{
+    if (name.size() < word.size()) return false;
+    name.remove_prefix(name.size() - word.size());
+    for (std::size_t left = word.size(); left > 0; --left) {
+        if (lower(name[left - 1]) != word[left - 1]) return false;
+    }
+    return true;
+}
+
 /// As the caller's own command ends, whatever it begins with.
 bool endsInCredential(std::string_view text)
 {
-    constexpr std::string_view kName = "&cred=";
-    const std::size_t at = text.rfind(kName);
-    return at != std::string_view::npos && std::ranges::all_of(text.substr(at + kName.size()), isEncodedByte);
+    while (!text.empty() && isEncodedByte(text.back())) text.remove_suffix(1);
+    return text.ends_with("&cred=");
+}
+
+/// How many bytes at the beginning mean themselves.
+std::size_t plainLength(std::string_view text)
+{
+    std::size_t length = 0;
+    while (length < text.size() && text[length] != '%' && text[length] != '+') ++length;
+    return length;
+}
+
+/// Takes a "%" or a "+", with what belongs to it.
+char takeDecoded(std::string_view& text)
+{
+    const bool isCode = text[0] == '%' && text.size() > 2 && digit(text[1]) != std::string_view::npos &&
+                        digit(text[2]) != std::string_view::npos;
+    char c = text[0] == '+' ? ' ' : text[0];
+    if (isCode) c = static_cast<char>(digit(text[1]) * 16 + digit(text[2]));
+    text.remove_prefix(isCode ? 3 : 1);
+    return c;
 }
 
 }  // namespace
@@ -62,15 +91,11 @@ std::string percentDecoded(std::string_view text)
 {
     std::string plain;
     plain.reserve(text.size());
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const bool isCode = text[at] == '%' && at + 2 < text.size() && digit(text[at + 1]) != std::string_view::npos &&
-                            digit(text[at + 2]) != std::string_view::npos;
-        if (isCode) {
-            plain += static_cast<char>(digit(text[at + 1]) * 16 + digit(text[at + 2]));
-            at += 2;
-        } else {
-            plain += text[at] == '+' ? ' ' : text[at];
-        }
+    while (!text.empty()) {
+        const std::size_t length = plainLength(text);
+        plain.append(text.substr(0, length));
+        text.remove_prefix(length);
+        if (!text.empty()) plain += takeDecoded(text);
     }
     return plain;
 }
@@ -79,10 +104,7 @@ bool isSecretName(std::string_view name)
 {
     static constexpr std::array<std::string_view, 7> kWords = {"password", "passwd",      "token",     "cred",
                                                                "secret",   "credentials", "credential"};
-    return std::ranges::any_of(kWords, [&](std::string_view word) {
-        return name.size() >= word.size() && std::ranges::equal(name.substr(name.size() - word.size()), word,
-                                                                [](char is, char small) { return lower(is) == small; });
-    });
+    return std::ranges::any_of(kWords, [&](std::string_view word) { return endsInWord(name, word); });
 }
 
 Fields fieldsOf(std::string_view form)

@@ -17,11 +17,49 @@ constexpr std::size_t kLongestName = 128;
 constexpr std::size_t kShortestSecret = 4;  // what is shorter stands in every other text by accident
 constexpr std::size_t kMostSecrets = 64;    // each of them is looked for in all of the reply
 
+/// Bytes that end something.
+class Bytes {
+public:
+    constexpr explicit Bytes(std::string_view bytes)
+    {
+        for (const char c : bytes) isOne_[static_cast<unsigned char>(c)] = true;
+    }
+
+    std::size_t find(std::string_view text, std::size_t from = 0) const
+    {
+        while (from < text.size() && !isOne_[static_cast<unsigned char>(text[from])]) ++from;
+        return from < text.size() ? from : kNone;
+    }
+
+private:
+    std::array<bool, 256> isOne_{};
+};
+
+/// A text in which pieces are replaced, the one behind the other.
+class Edited {
+public:
+    explicit Edited(std::string_view text) : text_(text) {}
+
+    void replace(std::size_t begin, std::size_t length, std::string_view with)
+    {
+        result_.append(text_.substr(taken_, begin - taken_)).append(with);
+        taken_ = begin + length;
+    }
+
+    std::string text() { return std::move(result_.append(text_.substr(taken_))); }
+
+private:
+    std::string_view text_;
+    std::size_t taken_ = 0;
+    std::string result_;
+};
+
 /// The name in a tag, behind its "<" or "</" and without a prefix.
 std::string_view localName(std::string_view behind)
 {
+    static constexpr Bytes kEnds(" \t\r\n/<>");
     behind = behind.substr(0, kLongestName);
-    behind = behind.substr(0, behind.find_first_of(" \t\r\n/<>"));
+    behind = behind.substr(0, kEnds.find(behind));
     const std::size_t colon = behind.rfind(':');
     return colon == kNone ? behind : behind.substr(colon + 1);
 }
@@ -66,32 +104,26 @@ std::size_t contentLength(std::string_view text)
     return text.size();
 }
 
-/// Takes the markup that begins the text, and what it opens where its name is a secret's.
-void maskElement(std::string_view& text, std::string& result)
+/// Masks what the markup at this place opens, where its name is a secret's. Returns where to go on.
+std::size_t maskElement(std::string_view text, std::size_t at, Edited& result)
 {
-    const bool isSecret = isSecretName(localName(text.substr(1)));
-    const std::size_t end = isSecret ? tagEnd(text) : 0;
-    const std::size_t length = end == kNone ? std::min(text.find_first_of(" \t\r\n/>"), text.size()) : end + 1;
-    const bool isOpen = isSecret && (end == kNone || text[end - 1] != '/');
-    result.append(text.substr(0, length));
-    text.remove_prefix(length);
-    if (!isOpen) return;
-    const std::size_t content = end == kNone ? text.size() : contentLength(text);
-    if (content > 0) result.append(kMask);
-    text.remove_prefix(content);
+    const std::string_view tag = text.substr(at);
+    if (!isSecretName(localName(tag.substr(1)))) return at + 1;
+    const std::size_t end = tagEnd(tag);
+    const std::size_t length = end == kNone ? std::min(tag.find_first_of(" \t\r\n/>"), tag.size()) : end + 1;
+    if (end != kNone && tag[end - 1] == '/') return at + length;
+    const std::string_view behind = tag.substr(length);
+    const std::size_t content = end == kNone ? behind.size() : contentLength(behind);
+    if (content > 0) result.replace(at + length, content, kMask);
+    return at + length + content;
 }
 
 std::string withoutElements(std::string_view text)
 {
-    std::string result;
-    result.reserve(text.size());
-    for (;;) {
-        const std::size_t at = std::min(text.find('<'), text.size());
-        result.append(text.substr(0, at));
-        text.remove_prefix(at);
-        if (text.empty()) return result;
-        maskElement(text, result);
-    }
+    Edited result(text);
+    std::size_t at = 0;
+    while ((at = text.find('<', at)) != kNone) at = maskElement(text, at, result);
+    return result.text();
 }
 
 bool isNameByte(char c)
@@ -116,7 +148,8 @@ bool namesSecret(std::string_view before, char separator)
         if (!before.ends_with('"') && !before.ends_with('\'')) return false;
         before.remove_suffix(1);
     }
-    return isSecretName(percentDecoded(nameAtEnd(before)));
+    const std::string_view name = nameAtEnd(before);
+    return isSecretName(name.find('%') == kNone ? name : percentDecoded(name));
 }
 
 /// How many bytes a value in quotes takes, with them.
@@ -130,54 +163,50 @@ std::size_t quotedLength(std::string_view text)
     return text.size();
 }
 
-void maskValue(std::string_view& text, std::string& result)
+/// Masks the value at this place. Returns where to go on.
+std::size_t maskValue(std::string_view text, std::size_t at, Edited& result)
 {
-    const std::size_t blanks = std::min(text.find_first_not_of(" \t"), text.size());
-    result.append(text.substr(0, blanks));
-    text.remove_prefix(blanks);
-    if (text.empty()) return;
-    const bool isQuoted = text.front() == '"' || text.front() == '\'';
-    const std::size_t length =
-        isQuoted ? quotedLength(text) : std::min(text.find_first_of("& \t\r\n<>\"',}"), text.size());
-    const std::string_view quote = isQuoted ? text.substr(0, 1) : std::string_view();
-    if (length > 2 * quote.size()) result.append(quote).append(kMask).append(quote);
-    else result.append(text.substr(0, length));
-    text.remove_prefix(length);
+    static constexpr Bytes kEnds("& \t\r\n<>\"',}");
+    at = std::min(text.find_first_not_of(" \t", at), text.size());
+    const std::string_view value = text.substr(at);
+    if (value.empty()) return at;
+    const bool isQuoted = value.front() == '"' || value.front() == '\'';
+    const std::size_t length = isQuoted ? quotedLength(value) : std::min(kEnds.find(value), value.size());
+    const std::string quote(value.substr(0, isQuoted ? 1 : 0));
+    if (length > 2 * quote.size()) result.replace(at, length, quote + std::string(kMask) + quote);
+    return at + length;
 }
 
 std::string withoutValues(std::string_view text)
 {
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const std::size_t at = text.find_first_of("=:");
-        const std::size_t length = at == kNone ? text.size() : at + 1;
-        result.append(text.substr(0, length));
-        const bool isSecret = at != kNone && namesSecret(text.substr(0, at), text[at]);
-        text.remove_prefix(length);
-        if (isSecret) maskValue(text, result);
+    static constexpr Bytes kSeparators("=:");
+    Edited result(text);
+    std::size_t from = 0;
+    std::size_t at = 0;
+    while ((at = kSeparators.find(text, from)) != kNone) {
+        const bool isSecret = namesSecret(text.substr(from, at - from), text[at]);
+        from = isSecret ? maskValue(text, at + 1, result) : at + 1;
     }
-    return result;
+    return result.text();
 }
 
 /// Masks the password in "://user:password@" of an address.
 std::string withoutPasswords(std::string_view text)
 {
     constexpr std::string_view kOpening = "://";
-    std::string result;
-    result.reserve(text.size());
-    for (;;) {
-        const std::size_t at = text.find(kOpening);
-        if (at == kNone) return result.append(text);
-        result.append(text.substr(0, at + kOpening.size()));
-        text.remove_prefix(at + kOpening.size());
-        const std::string_view user = text.substr(0, text.find_first_of("/?# \t\r\n<>\""));
+    Edited result(text);
+    std::size_t at = 0;
+    while ((at = text.find(kOpening, at)) != kNone) {
+        at += kOpening.size();
+        const std::string_view rest = text.substr(at);
+        const std::string_view user = rest.substr(0, rest.find_first_of("/?# \t\r\n<>\""));
         const std::size_t end = user.rfind('@');
         const std::size_t colon = user.substr(0, end).find(':');
         if (end == kNone || colon == kNone || colon + 1 == end) continue;
-        result.append(user.substr(0, colon + 1)).append(kMask);
-        text.remove_prefix(end);
+        result.replace(at + colon + 1, end - colon - 1, kMask);
+        at += end;
     }
+    return result.text();
 }
 
 /// For each length of a beginning of the text, how long the longest shorter beginning is that also ends it.
@@ -193,23 +222,22 @@ std::vector<std::size_t> overlapsOf(std::string_view text)
     return overlaps;
 }
 
-/// Looks at each byte once, so that no text and no secret make it slow.
+/// Looks at each byte a few times at most, so that no text and no secret make it slow.
 std::string replaced(std::string_view text, std::string_view secret)
 {
+    const std::string_view beginning = secret.substr(0, kShortestSecret);
     const std::vector<std::size_t> overlaps = overlapsOf(secret);
-    std::string result;
-    std::size_t begin = 0;
+    Edited result(text);
     std::size_t length = 0;  // how much of the secret ends before `at`
     for (std::size_t at = 0; at < text.size(); ++at) {
-        if (length == 0) at = std::min(text.find(secret.front(), at), text.size() - 1);
+        if (length == 0) at = std::min(text.find(beginning, at), text.size() - 1);
         while (length > 0 && text[at] != secret[length]) length = overlaps[length];
         if (text[at] == secret[length]) ++length;
         if (length < secret.size()) continue;
-        result.append(text.substr(begin, at + 1 - length - begin)).append(kMask);
-        begin = at + 1;
+        result.replace(at + 1 - length, length, kMask);
         length = 0;
     }
-    return result.append(text.substr(begin));
+    return result.text();
 }
 
 std::string percentEncoded(std::string_view text)

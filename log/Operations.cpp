@@ -36,6 +36,7 @@ constexpr std::array kBodies = std::to_array<Body>({
     {"deleteTab", "delete", "tab"},
     {"editTab", "set", "tab"},
     {"editTabOrder", "set", "wksp"},
+    {"SetSpaceIcon", "execute", "ManageSpaceIcon"},  // an upload, which stands in no log
 
     {"GetWkspList", "execute", "RunScript", "xml=<script><step><cmd>list</cmd><type>workspace</type><where><eq>"},
     {"ProbeAccessAllSpace", "execute", "RunScript",

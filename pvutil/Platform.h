@@ -15,7 +15,7 @@
 #endif
 #include <cstddef>
 #if defined(_WIN32) && !defined(_GLIBCXX_HAS_GTHREADS)
-#error "pvWapi needs the compiler with POSIX threads: i686-w64-mingw32-g++-posix and not ...-win32"
+#error "pvWapi needs the compiler with POSIX threads: ...-w64-mingw32-g++-posix and not ...-win32"
 #endif
 #if defined(_LIBCPP_VERSION) || !defined(__GLIBCXX__)
 #error "pvWapi cannot be used with this standard library: its class needs GCC's libstdc++, and not libc++"

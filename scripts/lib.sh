@@ -50,6 +50,22 @@ as_root()
     fi
 }
 
+installed() { dpkg-query --show --showformat '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed; }
+
+# install_packages PACKAGE...: those of Debian's packages that are not there yet.
+install_packages()
+{
+    local package missing=()
+    for package; do installed "$package" || missing+=("$package"); done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    say "installing ${missing[*]}"
+    export DEBIAN_FRONTEND=noninteractive
+    # An index that cannot be had matters only when a package cannot be had.
+    as_root apt-get -q -o DPkg::Lock::Timeout=600 update >"$logs/apt-update.log" 2>&1 || true
+    run_logged apt-install as_root apt-get -q -y -o DPkg::Lock::Timeout=600 install --no-install-recommends \
+        "${missing[@]}" || fail "these Debian packages cannot be installed: ${missing[*]}"
+}
+
 # take_lock NAME: the rest of the script runs alone in this clone; a second run waits.
 take_lock()
 {
@@ -57,6 +73,16 @@ take_lock()
     flock --nonblock 9 && return 0
     say "another run of $1 is under way; waiting for it"
     flock 9
+}
+
+# build_targets PRESET TARGET...
+build_targets()
+{
+    local preset=$1
+    shift
+    say "building $* ($preset)"
+    [ -f "build/$preset/build.ninja" ] || run_logged "configure-$preset" cmake --preset "$preset" || exit 1
+    run_logged "$self-build-$preset" cmake --build --preset "$preset" --parallel "$jobs" --target "$@" || exit 1
 }
 
 # What talks to a server on this machine must not go through a proxy.

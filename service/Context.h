@@ -17,7 +17,6 @@ class Database;
 struct Settings {
     long long sessionDuration = 7'200'000;          // milliseconds
     std::uint64_t maxUpload = 64ULL * 1024 * 1024;  // bytes of a picture
-    bool verbose = false;                           // a line for each request
     unsigned short port = 0;                        // where it listens
     Clock clock;
     std::string baseURL;  // where this service is reached, known once it listens
@@ -29,6 +28,12 @@ struct Upload {
     std::string_view content;
 };
 
+// Who signs in was found to know a secret.
+struct Proof {
+    std::string userID;
+    std::string hash;  // of the secret that matched
+};
+
 // One request: the data file, who calls, and when.
 struct Context {
     store::Database& database;
@@ -36,6 +41,7 @@ struct Context {
     long long now;
     store::Session session;          // empty before the caller is known
     const Upload* upload = nullptr;  // only requests to the upload endpoint have one
+    const Proof* proof = nullptr;    // of a sign-in that was looked at before
 };
 
 }  // namespace service

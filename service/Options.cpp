@@ -4,33 +4,15 @@
 #include <algorithm>
 #include <iostream>
 
-#include "service/base/Text.h"
+#include "service/http/Listen.h"
+#include "service/tape/TapeCommands.h"
 
 namespace service {
 
 namespace {
 
-constexpr const char* kDefaultListen = "127.0.0.1:8420";
 constexpr long long kLongestSession = 365LL * 24 * 60 * 60 * 1000;
 constexpr std::uint64_t kLargestUpload = 512ULL * 1024 * 1024;
-
-// The address of "HOST:PORT"; only one of this machine's own is taken, for the passwords travel in clear.
-std::string parseListen(const std::string& text, boost::asio::ip::tcp::endpoint& endpoint)
-{
-    const std::size_t colon = text.rfind(':');
-    if (colon == std::string::npos) return "must be HOST:PORT";
-    std::string host = text.substr(0, colon);
-    if (host == "localhost") host = "127.0.0.1";
-    if (host.starts_with('[') && host.ends_with(']')) host = host.substr(1, host.size() - 2);
-    boost::system::error_code error;
-    const boost::asio::ip::address address = boost::asio::ip::make_address(host, error);
-    if (error) return "the host must be a numeric address or localhost";
-    if (!address.is_loopback()) return "only a loopback address is served";
-    const std::optional<long long> port = wholeNumber(std::string_view(text).substr(colon + 1), 0, 65535);
-    if (!port) return "the port must be a number from 0 to 65535";
-    endpoint = boost::asio::ip::tcp::endpoint(address, static_cast<unsigned short>(*port));
-    return {};
-}
 
 // It has to stand in a header as it is, and not be guessed.
 std::string checkToken(const std::string& token)
@@ -49,7 +31,7 @@ void addProcessOptions(CLI::App& app, Options& options)
         ->envname("PVWAPI_CONTROL_TOKEN")
         ->check(checkToken);
     app.add_flag("--ready-json", options.readyJson, "Say in one line of JSON where it listens");
-    app.add_flag("--verbose", options.settings.verbose, "A line for each request, on standard error");
+    app.add_flag("--verbose", options.verbose, "A line for each request, on standard error");
     app.add_flag("--end-with-parent", options.endWithParent, "End when the process that started it ends");
     app.set_version_flag("--version", "pvwapi-service " PVWAPI_VERSION);
 }
@@ -65,14 +47,14 @@ std::string checkDataFile(const std::string& text)
 OptionsResult readOptions(int argc, const char* const* argv, Options& options)
 {
     CLI::App app{"The stand-in for the hosted team-workspace service.", "pvwapi-service"};
-    std::string listen = kDefaultListen;
+    std::string listen = http::kDefaultListen;
     const CLI::Option* const data =
         app.add_option("--data", options.dataFile,
                        "The data file; made where there is none. :memory: keeps all in memory")
             ->check(checkDataFile);
     app.add_option("--listen", listen, "Where to listen; port 0 takes a free one")
         ->capture_default_str()
-        ->check([&options](const std::string& text) { return parseListen(text, options.listen); });
+        ->check([&options](const std::string& text) { return http::parseListen(text, options.listen); });
     app.add_option("--seed", options.seed, "What an empty data file is filled with: demo, or a file");
     app.add_option("--session-duration", options.settings.sessionDuration, "How long an unused session lives, in ms")
         ->capture_default_str()
@@ -81,12 +63,13 @@ OptionsResult readOptions(int argc, const char* const* argv, Options& options)
         ->capture_default_str()
         ->check(CLI::Range(std::uint64_t{1}, kLargestUpload));
     addProcessOptions(app, options);
-    parseListen(listen, options.listen);
+    http::parseListen(listen, options.listen);
     const CLI::App* const control = remote::addCommand(app, options.command);
+    tape::addCommands(app, options.tapeCommand);
     try {
         app.parse(argc, argv);
         options.controls = control->parsed();
-        if (!options.controls && data->empty()) throw CLI::RequiredError("--data");
+        if (!options.controls && !options.tapeCommand && data->empty()) throw CLI::RequiredError("--data");
     } catch (const CLI::CallForHelp&) {
         std::cout << app.help();
         return {false, 0};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/asio/ip/tcp.hpp>
+#include <functional>
 #include <string>
 
 #include "service/Context.h"
@@ -15,10 +16,12 @@ struct Options {
     std::string seed;          // empty, or "demo", or a file: what to begin with
     std::string controlToken;  // empty where one is to be made
     bool readyJson = false;
+    bool verbose = false;  // a line for each request
     bool endWithParent = false;
     Settings settings;
     bool controls = false;  // another service, as `command` says
     remote::Command command;
+    std::function<int()> tapeCommand;  // record, replay or verify, where one of them is asked for
 };
 
 // How reading the command line ended: go on, or leave at once with this exit status.

@@ -1,19 +1,25 @@
 #include <boost/asio/io_context.hpp>
-#include <boost/asio/signal_set.hpp>
-#include <csignal>
+#include <functional>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "service/Options.h"
+#include "service/base/Process.h"
 #include "service/base/Secret.h"
-#include "service/base/System.h"
 #include "service/control/Control.h"
 #include "service/faults/Faults.h"
 #include "service/http/Ready.h"
+#include "service/http/Router.h"
 #include "service/http/Server.h"
+#include "service/journal/Journal.h"
 #include "service/seed/Seed.h"
 #include "service/store/Database.h"
 #include "service/store/NewFile.h"
+#include "service/work/Crew.h"
 
 namespace {
 
@@ -26,8 +32,21 @@ void announce(const service::Options& options, const std::string& address, const
         return;
     }
     if (options.controlToken.empty()) std::clog << "control token " << token << std::endl;
+    std::clog << "inspector http://" << address << '/' << (options.controlToken.empty() ? "#token=" + token : "")
+              << std::endl;
     std::cout << "listening on " << address << std::endl;
 }
+
+class AtEnd {
+public:
+    explicit AtEnd(std::function<void()> work) : work_(std::move(work)) {}
+    ~AtEnd() { work_(); }
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
+
+private:
+    std::function<void()> work_;
+};
 
 void openAndServe(service::Options& options)
 {
@@ -35,19 +54,26 @@ void openAndServe(service::Options& options)
     service::store::NewFile file(options.dataFile);
     service::store::Database database(options.dataFile);
     file.opened();
-    service::faults::Faults faults(database);
-    service::control::Control control(database, options.settings, faults, seed,
-                                      options.controlToken.empty() ? service::newCredential() : options.controlToken);
-    if (!seed.is_null()) std::clog << service::seed::fillEmpty(database, options.settings, seed) << std::endl;
-
     boost::asio::io_context io(1);
-    const service::http::Router router(database, options.settings, &control, &faults);
+    service::faults::Faults faults(database);
+    std::optional<service::work::Crew> crew;  // once nobody else uses the connection
+    service::journal::Journal journal(database, [&crew](std::function<void()> write) {
+        crew->write([write = std::move(write)](service::store::Database&) { write(); });
+    });
+    service::control::Control control(database, options.settings, faults, seed,
+                                      options.controlToken.empty() ? service::newCredential() : options.controlToken,
+                                      &journal);
+    if (const std::string done = control.begin(database); !done.empty()) std::clog << done << std::endl;
+
+    crew.emplace(database);
+    const service::http::Router router(database, options.settings, &control, &faults, &*crew, &journal);
+    service::http::RequestLog log(std::clog);
     const service::http::ConnectionLimits limits;
-    const service::http::Server server(io, options.listen, router, limits);
+    const service::http::Server server(io, options.listen, router, limits, options.verbose ? &log : nullptr);
     options.settings.baseURL = "http://" + server.address();
     options.settings.port = server.port();
-    boost::asio::signal_set stop(io, SIGINT, SIGTERM);
-    stop.async_wait([&io](const boost::system::error_code&, int) { io.stop(); });
+    const service::StopOnRequest stop(io);
+    const AtEnd atEnd([&crew] { crew->end(); });  // before what it works with goes
     if (options.endWithParent) service::endWithParent();
 
     file.keep();
@@ -59,13 +85,18 @@ void openAndServe(service::Options& options)
 
 int main(int argc, char** argv)
 {
-    // Whoever read the log or waited for a reply may be gone; that ends a write, not the service.
-    std::signal(SIGPIPE, SIG_IGN);
+    service::prepareStreams();
     try {
+        const std::vector<std::string> words = service::arguments(argc, argv);
+        std::vector<const char*> pointers;
+        pointers.reserve(words.size());
+        for (const std::string& word : words) pointers.push_back(word.c_str());
         service::Options options;
-        const service::OptionsResult result = service::readOptions(argc, argv, options);
+        const service::OptionsResult result =
+            service::readOptions(static_cast<int>(words.size()), pointers.data(), options);
         if (!result.goOn) return result.exitStatus;
         if (options.controls) return service::remote::run(options.command);
+        if (options.tapeCommand) return options.tapeCommand();
         openAndServe(options);
         return 0;
     } catch (const std::exception& error) {

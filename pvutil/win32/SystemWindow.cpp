@@ -36,7 +36,7 @@ LRESULT CALLBACK timerWindowProcedure(HWND window, UINT message, WPARAM wParam, 
 {
     if (message != WM_TIMER) return DefWindowProcW(window, message, wParam, lParam);
     if (IsWindow(window)) {
-        const auto slot = static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA));
+        const LONG_PTR slot = GetWindowLongPtrW(window, GWLP_USERDATA);
         deliverTick(reinterpret_cast<TimerWindow*>(slot), static_cast<unsigned int>(wParam));
     }
     return 0;
@@ -78,7 +78,7 @@ try {
 
 void setSlot(SystemWindow& window, TimerWindow* slot) noexcept
 {
-    SetWindowLongW(window.handle, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(slot)));
+    SetWindowLongPtrW(window.handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(slot));
 }
 
 void setSystemTimer(SystemWindow& window, unsigned int timerID, unsigned int milliseconds) noexcept

@@ -22,6 +22,7 @@ ROOT = Path(__file__).resolve().parents[2]
 NOT_SHIPPED = {"build", "tests", "bench", "fuzz"}
 FORGOTTEN_AFTER = 30 * 24 * 3600  # seconds
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
+SEVERAL = re.compile(r"/Unity/unity_\d+_cxx\.cxx$")  # sources that are compiled at a time
 
 
 @functools.cache
@@ -51,11 +52,22 @@ def fingerprint(entry, settings):
     return digest.hexdigest()
 
 
+def each_alone(entries):
+    """Sources that are compiled several at a time are looked at one by one, so that a missing include is found."""
+    for entry in entries:
+        if SEVERAL.search(entry["file"]) and Path(entry["file"]).is_file():
+            sources = INCLUDE.findall(Path(entry["file"]).read_text())
+            yield from ({**entry, "file": source, "command": entry["command"].replace(entry["file"], source)}
+                        for source in sources)
+        else:
+            yield entry
+
+
 def own_entries(database):
     """What ships, each source once. Tests, benchmarks and fuzzers are held by the compilers, the format and the house
     rules; linting them as well would take most of the time and find what breaks nobody's host."""
     entries = {}
-    for entry in json.loads((database / "compile_commands.json").read_text()):
+    for entry in each_alone(json.loads((database / "compile_commands.json").read_text())):
         path = Path(entry["file"])
         if path.is_relative_to(ROOT) and path.relative_to(ROOT).parts[0] not in NOT_SHIPPED:
             entries.setdefault(path, entry)

@@ -1,12 +1,13 @@
 #include "service/base/Clock.h"
 
-#include <array>
+#include <algorithm>
 #include <chrono>
-#include <ctime>
 
 namespace service {
 
 namespace {
+
+constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
 
 long long machineTime()
 {
@@ -25,6 +26,18 @@ std::optional<int> digitsAt(std::string_view text, std::size_t at, std::size_t l
     return value;
 }
 
+// With so many places, those of the sign included.
+void appendNumber(std::string& text, int number, std::size_t places)
+{
+    if (number < 0) {
+        text += '-';
+        number = -number;
+        --places;
+    }
+    const std::string digits = std::to_string(number);
+    text.append(places - std::min(places, digits.size()), '0').append(digits);
+}
+
 }  // namespace
 
 long long Clock::now() const
@@ -39,17 +52,24 @@ void Clock::set(long long moment)
 
 std::string timeText(long long ms)
 {
-    const auto seconds = static_cast<std::time_t>(ms / 1000);
-    std::tm parts{};
-    gmtime_r(&seconds, &parts);
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
-    return {text.data(), length};
+    using namespace std::chrono;
+    const sys_seconds moment(floor<seconds>(milliseconds(ms)));
+    const sys_days midnight = floor<days>(moment);
+    const year_month_day day(midnight);
+    const hh_mm_ss time(moment - midnight);
+    std::string text;
+    text.reserve(kShape.size());
+    appendNumber(text, static_cast<int>(day.year()), 4);
+    appendNumber(text += '-', static_cast<int>(static_cast<unsigned>(day.month())), 2);
+    appendNumber(text += '-', static_cast<int>(static_cast<unsigned>(day.day())), 2);
+    appendNumber(text += 'T', static_cast<int>(time.hours().count()), 2);
+    appendNumber(text += ':', static_cast<int>(time.minutes().count()), 2);
+    appendNumber(text += ':', static_cast<int>(time.seconds().count()), 2);
+    return text += 'Z';
 }
 
 std::optional<long long> momentOf(std::string_view text)
 {
-    constexpr std::string_view kShape = "0000-00-00T00:00:00Z";
     if (text.size() != kShape.size()) return std::nullopt;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (kShape[i] != '0' && text[i] != kShape[i]) return std::nullopt;

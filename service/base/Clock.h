@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,8 +11,17 @@ namespace service {
 // that what expires can be seen to expire without waiting.
 class Clock {
 public:
+    Clock() = default;
+    Clock(const Clock& other) : offset_(other.offset()) {}
+    Clock& operator=(const Clock& other)
+    {
+        setOffset(other.offset());
+        return *this;
+    }
+
     long long now() const;
 
+    // Any thread may ask while another sets it.
     long long offset() const { return offset_; }
     void setOffset(long long ms) { offset_ = ms; }
 
@@ -20,7 +30,7 @@ public:
     void advance(long long ms) { offset_ += ms; }
 
 private:
-    long long offset_ = 0;
+    std::atomic<long long> offset_ = 0;
 };
 
 // How a moment looks in a reply, for example "2026-02-01T09:30:00Z".

@@ -126,7 +126,7 @@ const Json& JsonObject::object(const char* name)
 void JsonObject::end() const
 {
     for (const auto& [name, value] : value_.items()) {
-        if (!known_.contains(name)) throw JsonError(what_ + ": nothing is called " + service::quoted(name));
+        if (!known_.contains(name)) throw JsonError(what_ + ": nothing is called " + service::inQuotes(name));
     }
 }
 

@@ -12,13 +12,18 @@ int digitOf(char c)
     return -1;
 }
 
-// The byte that the two digits behind a percent sign stand for.
-std::optional<char> byteOf(std::string_view digits)
+// The byte that a plus or a percent sign with its two digits stands for; cuts it off.
+std::optional<char> takeByte(std::string_view& text)
 {
-    if (digits.size() < 2) return std::nullopt;
-    const int high = digitOf(digits[0]);
-    const int low = digitOf(digits[1]);
+    if (text.front() == '+') {
+        text.remove_prefix(1);
+        return ' ';
+    }
+    if (text.size() < 3) return std::nullopt;
+    const int high = digitOf(text[1]);
+    const int low = digitOf(text[2]);
     if (high < 0 || low < 0) return std::nullopt;
+    text.remove_prefix(3);
     return static_cast<char>(static_cast<unsigned char>(high * 16 + low));
 }
 
@@ -28,17 +33,16 @@ std::optional<std::string> percentDecoded(std::string_view text)
 {
     std::string out;
     out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '%') {
-            out.push_back(text[i] == '+' ? ' ' : text[i]);
-            continue;
-        }
-        const auto byte = byteOf(text.substr(i + 1));
+    for (;;) {
+        std::size_t at = 0;
+        while (at < text.size() && text[at] != '%' && text[at] != '+') ++at;
+        out += text.substr(0, at);
+        text.remove_prefix(at);
+        if (text.empty()) return out;
+        const std::optional<char> byte = takeByte(text);
         if (!byte) return std::nullopt;
         out.push_back(*byte);
-        i += 2;
     }
-    return out;
 }
 
 }  // namespace service

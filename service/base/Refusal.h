@@ -21,6 +21,7 @@ inline constexpr const char* kSessionExpired = "KZN:SessionExpired";
 inline constexpr const char* kNoSuchObject = "KZN:NoSuchObject";
 inline constexpr const char* kAccessDenied = "KZN:AccessDenied";
 inline constexpr const char* kConflict = "KZN:Conflict";
+inline constexpr const char* kNotOnTape = "KZN:NotOnTape";
 inline constexpr const char* kInternal = "KZN:InternalError";
 }  // namespace exceptionid
 

@@ -1,74 +1,74 @@
 #include "service/base/Secret.h"
 
-#include <crypt.h>
-#include <sys/random.h>
+#include <sodium.h>
 
 #include <array>
-#include <memory>
+#include <new>
 #include <stdexcept>
-
-#include "service/base/Text.h"
 
 namespace service {
 
 namespace {
 
-// A hash takes about ten milliseconds: slow to guess, yet a test can sign in a hundred times.
-constexpr unsigned long kHashCost = 3;
-constexpr const char* kHashMethod = "$y$";
+// What a hash costs: a few milliseconds, slow to guess, yet a test can sign in a hundred times.
+constexpr unsigned long long kHashPasses = 2;
+constexpr std::size_t kHashMemory = std::size_t{2} * 1024 * 1024;
 
-std::string randomHex(std::size_t bytes)
+void prepare()
 {
-    std::array<unsigned char, 32> noise{};
-    if (getrandom(noise.data(), bytes, 0) != static_cast<ssize_t>(bytes)) throw std::runtime_error("no random numbers");
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string text;
-    for (std::size_t i = 0; i < bytes; ++i) {
-        text.push_back(kDigits[noise.at(i) >> 4U]);
-        text.push_back(kDigits[noise.at(i) & 0x0FU]);
-    }
-    return text;
+    static const int result = sodium_init();
+    if (result < 0) throw std::runtime_error("no random numbers");
 }
 
-std::string hashWith(const std::string& secret, const std::string& setting)
+template <std::size_t Size>
+std::string randomHex()
 {
-    const auto scratch = std::make_unique<crypt_data>();
-    const char* const hash = crypt_r(secret.c_str(), setting.c_str(), scratch.get());
-    if (hash == nullptr || hash[0] == '*') throw std::runtime_error("the password hash failed");
-    return hash;
+    prepare();
+    std::array<unsigned char, Size> noise{};
+    randombytes_buf(noise.data(), noise.size());
+    std::string text(2 * Size + 1, '\0');
+    sodium_bin2hex(text.data(), text.size(), noise.data(), noise.size());
+    text.pop_back();
+    return text;
 }
 
 }  // namespace
 
 std::string newCredential()
 {
-    return randomHex(20);
+    return randomHex<20>();
 }
 
 std::string newID(std::string_view prefix)
 {
-    return std::string(prefix) + '-' + randomHex(8);
+    return std::string(prefix) + '-' + randomHex<8>();
+}
+
+std::uint32_t randomNumber()
+{
+    prepare();
+    return randombytes_random();
 }
 
 std::string hashSecret(const std::string& secret)
 {
-    std::array<char, CRYPT_GENSALT_OUTPUT_SIZE> setting{};
-    if (crypt_gensalt_rn(kHashMethod, kHashCost, nullptr, 0, setting.data(), static_cast<int>(setting.size())) ==
-        nullptr) {
-        throw std::runtime_error("the password hash is not available");
+    prepare();
+    std::array<char, crypto_pwhash_STRBYTES> hash{};
+    if (crypto_pwhash_str_alg(hash.data(), secret.data(), secret.size(), kHashPasses, kHashMemory,
+                              crypto_pwhash_ALG_ARGON2ID13) != 0) {
+        throw std::bad_alloc();
     }
-    return hashWith(secret, setting.data());
+    return hash.data();
 }
 
 bool secretMatches(const std::string& secret, const std::string& hash)
 {
-    // A secret longer than the method takes cannot be anybody's.
-    if (secret.size() >= CRYPT_MAX_PASSPHRASE_SIZE) return false;
+    prepare();
     if (hash.empty()) {
         hashSecret(secret);
         return false;
     }
-    return sameText(hashWith(secret, hash), hash);
+    return crypto_pwhash_str_verify(hash.c_str(), secret.data(), secret.size()) == 0;
 }
 
 }  // namespace service

@@ -1,6 +1,7 @@
 #include "service/base/Text.h"
 
 #include <charconv>
+#include <cstring>
 
 namespace service {
 
@@ -30,6 +31,21 @@ std::string codePoint(std::uint32_t character)
         text.push_back("0123456789ABCDEF"[(character >> static_cast<unsigned>(shift)) & 0xFU]);
     }
     return text;
+}
+
+// How many bytes at the start are printable ASCII, eight at a time.
+std::size_t plainLength(std::string_view text)
+{
+    constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+    constexpr std::uint64_t kBlanks = 0x2020202020202020ULL;
+    std::size_t length = 0;
+    for (; length + sizeof(std::uint64_t) <= text.size(); length += sizeof(std::uint64_t)) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, text.data() + length, sizeof bytes);
+        // Where all are below 0x80, a byte below a blank, and none before it, borrows its highest bit.
+        if ((bytes & kHighBits) != 0 || ((bytes - kBlanks) & kHighBits) != 0) break;
+    }
+    return length;
 }
 
 bool isBlank(char c)
@@ -64,14 +80,15 @@ std::size_t sequenceLength(std::string_view text, std::uint32_t& character)
 
 std::string faultOf(std::string_view text)
 {
-    while (!text.empty()) {
+    for (;;) {
+        text.remove_prefix(plainLength(text));
+        if (text.empty()) return {};
         std::uint32_t character = 0;
         const std::size_t length = sequenceLength(text, character);
         if (length == 0) return "bytes that are not UTF-8";
         if (!isXmlCharacter(character)) return "the character " + codePoint(character) + ", which XML cannot carry";
         text.remove_prefix(length);
     }
-    return {};
 }
 
 void appendUtf8(std::string& out, std::uint32_t character)
@@ -123,7 +140,7 @@ std::vector<std::string_view> split(std::string_view text, char separator)
     }
 }
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     std::string out = "\"";
     while (!text.empty()) {

@@ -30,7 +30,7 @@ std::optional<long long> wholeNumber(std::string_view text, long long least, lon
 std::vector<std::string_view> split(std::string_view text, char separator);
 
 // `text` in quotes and cut to a readable length, for a reason that quotes what was sent.
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);
 
 // Compares all of both, wherever they first differ: how long it takes tells nothing of a secret.
 bool sameText(std::string_view a, std::string_view b);

@@ -26,7 +26,7 @@ store::App appNamed(const Context& context, const std::string& name)
             if (app.name == name) return std::move(app);
         }
     }
-    throw Refusal(exceptionid::kNoSuchObject, "there is no application " + quoted(name) + " in your libraries");
+    throw Refusal(exceptionid::kNoSuchObject, "there is no application " + inQuotes(name) + " in your libraries");
 }
 
 // Without an application a workspace begins with what it would have had if it had been made empty.
@@ -71,7 +71,7 @@ void saveWorkspaceAsApp(Context& context, const xml::Node& xml, Reply& reply)
     app.description = xml.textAt("description");
     app.status = kAppStatus;
     if (store::hasApp(context.database, library.libraryID, app.name)) {
-        throw Refusal(exceptionid::kConflict, "the library has an application " + quoted(app.name) + " already");
+        throw Refusal(exceptionid::kConflict, "the library has an application " + inQuotes(app.name) + " already");
     }
     for (const store::Tab& tab : store::tabsOf(context.database, workspaceID)) {
         app.tabs.push_back({tab.name, tab.type, tab.order});

@@ -76,7 +76,7 @@ void deleteApp(Context& context, const std::string& appID)
         rules::requireWritable(context, library.libraryID);
         return store::deleteApp(context.database, appID);
     }
-    throw Refusal(exceptionid::kNoSuchObject, "there is no application " + quoted(appID) + " in your libraries");
+    throw Refusal(exceptionid::kNoSuchObject, "there is no application " + inQuotes(appID) + " in your libraries");
 }
 
 struct Deletion {
@@ -103,7 +103,7 @@ void deleteObjects(Context& context, const http::Form& form, Reply& /*reply*/)
         for (const xml::Node& object : namedObjects(context, form, type)) deletion.run(context, object);
         return;
     }
-    throw Refusal(exceptionid::kUnknownType, "objects of type " + quoted(typeName) + " cannot be deleted");
+    throw Refusal(exceptionid::kUnknownType, "objects of type " + inQuotes(typeName) + " cannot be deleted");
 }
 
 }  // namespace service::commands

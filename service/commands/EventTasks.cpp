@@ -79,7 +79,7 @@ void sendNotificationEvent(Context& context, const xml::Node& xml, Reply& /*repl
     event.name = note->textAt("eventName");
     if (event.type != kEventType ||
         std::find(kEventNames.begin(), kEventNames.end(), event.name) == kEventNames.end()) {
-        throw Refusal(exceptionid::kBadRequest, "unknown event " + quoted(event.type) + " " + quoted(event.name));
+        throw Refusal(exceptionid::kBadRequest, "unknown event " + inQuotes(event.type) + " " + inQuotes(event.name));
     }
     event.senderID = context.session.userID;
     event.senderName = note->textAt("eventSender/userName");

@@ -26,7 +26,7 @@ void expectPathsBelow(const xml::Node& xml, const std::string& outer, const std:
         const bool known = std::ranges::any_of(paths, [&](std::string_view each) {
             return each.starts_with(childPath) && (each.size() == childPath.size() || each[childPath.size()] == '/');
         });
-        if (!known) refuse("unknown element " + quoted(child.name) + " in " + quoted(outer));
+        if (!known) refuse("unknown element " + inQuotes(child.name) + " in " + inQuotes(outer));
         expectPathsBelow(child, outer + '/' + child.name, childPath + '/', paths);
     }
 }
@@ -35,7 +35,7 @@ void expectPathsBelow(const xml::Node& xml, const std::string& outer, const std:
 
 void expectElement(const xml::Node& xml, std::string_view name)
 {
-    if (xml.name != name) refuse("the xml must be a " + quoted(name) + " element, not " + quoted(xml.name));
+    if (xml.name != name) refuse("the xml must be a " + inQuotes(name) + " element, not " + inQuotes(xml.name));
 }
 
 void expectPaths(const xml::Node& xml, std::initializer_list<std::string_view> paths)
@@ -72,7 +72,7 @@ long long numberField(const xml::Node& xml, std::string_view path, long long lea
     const std::optional<long long> number = wholeNumber(trimmed(element->text), least, most);
     if (!number) {
         refuse(std::string(path) + " must be a number from " + std::to_string(least) + " to " + std::to_string(most) +
-               ", not " + quoted(element->text));
+               ", not " + inQuotes(element->text));
     }
     return *number;
 }
@@ -83,7 +83,7 @@ bool truthField(const xml::Node& xml, std::string_view path)
     if (element == nullptr) return false;
     const std::string_view text = trimmed(element->text);
     if (text != "true" && text != "false") {
-        refuse(std::string(path) + " must be true or false, not " + quoted(element->text));
+        refuse(std::string(path) + " must be true or false, not " + inQuotes(element->text));
     }
     return text == "true";
 }

@@ -9,6 +9,7 @@
 namespace service::commands {
 
 // SessionCommands.cpp
+Proof prove(const Context& context, const http::Form& form);  // takes as long as hashing does, and changes nothing
 void login(Context& context, const http::Form& form, Reply& reply);
 void logout(Context& context, const http::Form& form, Reply& reply);
 void cloneSession(Context& context, const http::Form& form, Reply& reply);

@@ -30,12 +30,13 @@ void manageSpaceIcon(Context& context, const xml::Node& xml, Reply& reply)
 }
 
 std::string iconContent(store::Database& database, const Settings& settings, const std::string& iconName,
-                        const std::string& cred)
+                        const std::string& cred, std::string* caller)
 {
     Context context{database, settings, settings.clock.now(), {}, nullptr};
     context.session = liveSession(context, cred);
+    if (caller != nullptr) *caller = context.session.userName;
     std::optional<store::Icon> icon = store::findIcon(database, iconName);
-    if (!icon) throw Refusal(exceptionid::kNoSuchObject, "there is no icon " + quoted(iconName));
+    if (!icon) throw Refusal(exceptionid::kNoSuchObject, "there is no icon " + inQuotes(iconName));
     rules::requireVisible(context, icon->workspaceID);
     return std::move(icon->content);
 }

@@ -48,7 +48,7 @@ void findInvitee(const Context& context, store::Invitation& invitation)
     } else if (invitation.descriptor.find('@') != std::string::npos) {
         invitation.userEmail = invitation.descriptor;
     } else {
-        throw Refusal(exceptionid::kNoSuchObject, "there is no user " + quoted(invitation.descriptor));
+        throw Refusal(exceptionid::kNoSuchObject, "there is no user " + inQuotes(invitation.descriptor));
     }
 }
 
@@ -116,12 +116,12 @@ void joinSpace(Context& context, const xml::Node& xml, Reply& /*reply*/)
     const std::string workspaceID = requiredID(xml, "workspaceID");
     const std::string action = requiredID(xml, "action");
     if (action != "accept" && action != "reject") {
-        throw Refusal(exceptionid::kBadRequest, "the action must be accept or reject, not " + quoted(action));
+        throw Refusal(exceptionid::kBadRequest, "the action must be accept or reject, not " + inQuotes(action));
     }
     const std::optional<store::Invitation> invitation =
         store::pendingInvitation(context.database, workspaceID, context.session.userID, context.now);
     if (!invitation) {
-        throw Refusal(exceptionid::kNoSuchObject, "there is no open invitation of yours to " + quoted(workspaceID));
+        throw Refusal(exceptionid::kNoSuchObject, "there is no open invitation of yours to " + inQuotes(workspaceID));
     }
     rules::requireSessionFor(context, workspaceID);
     const bool accepted = action == "accept";
@@ -150,10 +150,10 @@ void changeRole(Context& context, const xml::Node& xml, Reply& /*reply*/)
     const std::string userID = requiredID(xml, "userID");
     rules::requireAdministrator(context, workspaceID);
     if (roleID != rules::kSpaceAdmin && roleID != rules::kSpaceMember) {
-        throw Refusal(exceptionid::kBadRequest, "nobody can be given the role " + quoted(roleID));
+        throw Refusal(exceptionid::kBadRequest, "nobody can be given the role " + inQuotes(roleID));
     }
     if (!store::isMember(context.database, workspaceID, userID)) {
-        throw Refusal(exceptionid::kNoSuchObject, "the workspace has no member " + quoted(userID));
+        throw Refusal(exceptionid::kNoSuchObject, "the workspace has no member " + inQuotes(userID));
     }
     const bool lastOne =
         rules::isAdministrator(context, workspaceID, userID) && rules::administratorCount(context, workspaceID) == 1;

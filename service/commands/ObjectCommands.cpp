@@ -29,7 +29,7 @@ void createWorkspaceThing(Context& context, const xml::Node& xml, Reply& reply)
     thing.workspaceID = requiredID(xml, "workspaceID");
     rules::requireMember(context, thing.workspaceID);
     if (!store::insertWorkspaceThing(context.database, thing)) {
-        throw Refusal(exceptionid::kConflict, "you have this " + quoted(thing.type) + " already");
+        throw Refusal(exceptionid::kConflict, "you have this " + inQuotes(thing.type) + " already");
     }
     reply.payload.add("workspaceThing").add("thingID", thing.thingID);
 }
@@ -59,7 +59,7 @@ std::string idInPath(std::string_view path, std::string_view start)
 {
     constexpr std::string_view kEnd = "']";
     if (path.size() <= start.size() + kEnd.size() || !path.starts_with(start) || !path.ends_with(kEnd)) {
-        throw Refusal(exceptionid::kBadRequest, "nothing can be removed at " + quoted(path));
+        throw Refusal(exceptionid::kBadRequest, "nothing can be removed at " + inQuotes(path));
     }
     return std::string(path.substr(start.size(), path.size() - start.size() - kEnd.size()));
 }
@@ -81,7 +81,7 @@ void removeTemplate(Context& context, const std::string& libraryID, const std::s
     const store::Library library = rules::requireWritable(context, libraryID);
     const std::string workspaceID = idInPath(path, "group/templates/template[templateID='");
     if (!store::deleteTemplate(context.database, library.libraryID, workspaceID)) {
-        throw Refusal(exceptionid::kNoSuchObject, "the library has no template " + quoted(workspaceID));
+        throw Refusal(exceptionid::kNoSuchObject, "the library has no template " + inQuotes(workspaceID));
     }
 }
 
@@ -95,8 +95,8 @@ void get(Context& context, const http::Form& form, Reply& reply)
     if (query.id.empty() && !query.where) throw Refusal(exceptionid::kBadRequest, "the request names no object");
     reply.payload.children = script::answer(context, query);
     if (reply.payload.children.empty() && !query.id.empty()) {
-        throw Refusal(exceptionid::kNoSuchObject,
-                      "there is no " + std::string(query.type.element) + " " + quoted(query.id) + " that you can see");
+        throw Refusal(exceptionid::kNoSuchObject, "there is no " + std::string(query.type.element) + " " +
+                                                      inQuotes(query.id) + " that you can see");
     }
 }
 
@@ -112,21 +112,21 @@ void create(Context& context, const http::Form& form, Reply& reply)
     const xml::Node xml = form.xml("xml");
     if (type == "wtng") return createWorkspaceThing(context, xml, reply);
     if (type == "thng") return createThing(context, xml, reply);
-    throw Refusal(exceptionid::kUnknownType, "objects of type " + quoted(type) + " cannot be created");
+    throw Refusal(exceptionid::kUnknownType, "objects of type " + inQuotes(type) + " cannot be created");
 }
 
 // Adds templates to a library, which the protocol calls a group.
 void add(Context& context, const http::Form& form, Reply& /*reply*/)
 {
     const std::string type = form.required("type");
-    if (type != "grp") throw Refusal(exceptionid::kUnknownType, "nothing can be added to type " + quoted(type));
+    if (type != "grp") throw Refusal(exceptionid::kUnknownType, "nothing can be added to type " + inQuotes(type));
     const store::Library library = rules::requireWritable(context, form.required("id"));
     const xml::Node xml = form.xml("xml");
     expectElement(xml, "group");
     const std::string workspaceID = requiredID(xml, "templates/template/templateID");
     const store::Workspace workspace = rules::requireReadable(context, workspaceID);
     if (!workspace.isTemplate) {
-        throw Refusal(exceptionid::kBadRequest, "the workspace " + quoted(workspace.name) + " is no template");
+        throw Refusal(exceptionid::kBadRequest, "the workspace " + inQuotes(workspace.name) + " is no template");
     }
     if (!store::insertTemplate(context.database, library.libraryID, workspaceID)) {
         throw Refusal(exceptionid::kConflict, "the library has this template already");
@@ -140,7 +140,7 @@ void remove(Context& context, const http::Form& form, Reply& /*reply*/)
     const std::string path = form.required("select");
     if (type == "workspace") return removeMember(context, id, path);
     if (type == "grp") return removeTemplate(context, id, path);
-    throw Refusal(exceptionid::kUnknownType, "nothing can be removed from type " + quoted(type));
+    throw Refusal(exceptionid::kUnknownType, "nothing can be removed from type " + inQuotes(type));
 }
 
 }  // namespace service::commands

@@ -30,8 +30,8 @@ std::string successText(const Reply& reply)
     // A listing can be many megabytes: it is written from where it stands, into the head's last gap.
     constexpr std::string_view kEnd = "</kznapi>";
     text.resize(text.size() - kEnd.size());
-    xml::append(text, reply.payload);
-    return text.append(kEnd);
+    xml::append(text, reply.payload, kEnd);
+    return text;
 }
 
 std::string failureText(std::string_view reason, std::string_view exceptionID)

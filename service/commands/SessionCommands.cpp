@@ -13,22 +13,35 @@ namespace {
 // How long the owner of an expired session is told so.
 constexpr long long kKeepExpired = 24LL * 60 * 60 * 1000;
 
-// One reason for an unknown name and a wrong password: nobody learns which names exist.
-std::string signedInUser(Context& context, const http::Form& form)
+struct Claim {
+    std::optional<std::string> userID;  // none where nobody has that name
+    std::string secret;
+    std::string hash;  // that the secret has to match
+    bool byToken = false;
+};
+
+Claim claimOf(const Context& context, const http::Form& form)
 {
-    const bool byToken = form.has("token");
-    if (byToken == form.has("password")) {
+    Claim claim;
+    claim.byToken = form.has("token");
+    if (claim.byToken == form.has("password")) {
         throw Refusal(exceptionid::kBadRequest, "a login needs either a password or a token");
     }
-    const std::optional<std::string> userID = store::userIDByName(context.database, form.required("username"));
-    const store::Secrets secrets = store::secretsOf(context.database, userID.value_or(std::string()));
-    const bool matches = byToken ? secretMatches(form.text("token"), secrets.tokenHash)
-                                 : secretMatches(form.text("password"), secrets.passwordHash);
-    if (!matches || !userID) {
+    claim.userID = store::userIDByName(context.database, form.required("username"));
+    const store::Secrets secrets = store::secretsOf(context.database, claim.userID.value_or(std::string()));
+    claim.secret = form.text(claim.byToken ? "token" : "password");
+    claim.hash = claim.byToken ? secrets.tokenHash : secrets.passwordHash;
+    return claim;
+}
+
+// One reason for an unknown name and a wrong password: nobody learns which names exist.
+Proof proven(const Claim& claim)
+{
+    if (!secretMatches(claim.secret, claim.hash) || !claim.userID) {
         throw Refusal(exceptionid::kLoginRefused,
-                      byToken ? "user name or token is wrong" : "user name or password is wrong");
+                      claim.byToken ? "user name or token is wrong" : "user name or password is wrong");
     }
-    return *userID;
+    return {*claim.userID, claim.hash};
 }
 
 // Without an identity provider the user's own organisation vouches.
@@ -38,7 +51,7 @@ void checkProvider(Context& context, const std::string& userID, const std::strin
     for (const store::Provider& provider : store::providersOf(context.database, userID)) {
         known = known || isp == provider.providerID || isp == provider.providerName;
     }
-    if (!known) throw Refusal(exceptionid::kLoginRefused, "you have no account at the provider " + quoted(isp));
+    if (!known) throw Refusal(exceptionid::kLoginRefused, "you have no account at the provider " + inQuotes(isp));
 }
 
 std::string openSession(Context& context, store::Session session)
@@ -59,10 +72,20 @@ void checkAutocommit(const http::Form& form)
 
 }  // namespace
 
+Proof prove(const Context& context, const http::Form& form)
+{
+    checkAutocommit(form);
+    return proven(claimOf(context, form));
+}
+
+// What was proven before holds as long as the user's secret is the same.
 void login(Context& context, const http::Form& form, Reply& reply)
 {
     checkAutocommit(form);
-    const std::string userID = signedInUser(context, form);
+    const Claim claim = claimOf(context, form);
+    const Proof* const before = context.proof;
+    const bool holds = before != nullptr && before->userID == claim.userID && before->hash == claim.hash;
+    const std::string userID = holds ? before->userID : proven(claim).userID;
     checkProvider(context, userID, form.text("isp"));
     store::deleteSessionsExpiredBefore(context.database, context.now - kKeepExpired);
     store::Session session;

@@ -106,7 +106,7 @@ void set(Context& context, const http::Form& form, Reply& /*reply*/)
     if (type == "workspace" || type == "wksp") return setWorkspace(context, id, xml);
     if (type == "tab") return setTab(context, id, xml);
     if (type == "user") return setUser(context, id, xml);
-    throw Refusal(exceptionid::kUnknownType, "objects of type " + quoted(type) + " cannot be set");
+    throw Refusal(exceptionid::kUnknownType, "objects of type " + inQuotes(type) + " cannot be set");
 }
 
 }  // namespace service::commands

@@ -59,7 +59,7 @@ Json clearFault(Desk& desk, const Call& call)
 {
     const auto id = wholeNumber(call.name, 1, std::numeric_limits<long long>::max());
     if (!id || !store::deleteFault(desk.database, *id)) {
-        throw ControlError(404, "there is no fault " + service::quoted(call.name));
+        throw ControlError(404, "there is no fault " + service::inQuotes(call.name));
     }
     return listed(desk);
 }

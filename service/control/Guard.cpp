@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <boost/asio/ip/address.hpp>
-#include <string>
 
 #include "service/base/Text.h"
 
@@ -47,6 +46,13 @@ bool isOwnOrigin(std::string_view origin, unsigned short port)
 bool isOwnSite(std::string_view fetchSite)
 {
     return fetchSite.empty() || fetchSite == "none" || fetchSite == "same-origin";
+}
+
+std::string whyForeign(const http::RequestHead& head, unsigned short port)
+{
+    if (!isOwnHost(head.host, port)) return "the Host header does not name this service";
+    const bool isOwn = isOwnOrigin(head.origin, port) && isOwnSite(head.fetchSite);
+    return isOwn ? std::string() : "a page of another site is behind this request";
 }
 
 bool bearsToken(std::string_view authorization, std::string_view token)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+
+#include "service/http/Message.h"
 
 namespace service::control {
 
@@ -15,6 +18,9 @@ bool isOwnOrigin(std::string_view origin, unsigned short port);
 
 // True where the browser says nothing of its own, or that no other site is behind the request.
 bool isOwnSite(std::string_view fetchSite);
+
+// Why a request is none for the service at this port; empty where it may be one.
+std::string whyForeign(const http::RequestHead& head, unsigned short port);
 
 // True where the header holds "Bearer" and the token.
 bool bearsToken(std::string_view authorization, std::string_view token);

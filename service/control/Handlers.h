@@ -6,6 +6,15 @@
 
 #include "service/Context.h"
 #include "service/base/Json.h"
+#include "service/http/Form.h"
+#include "service/seed/Seed.h"
+
+namespace service::http {
+class Events;
+}
+namespace service::journal {
+class Journal;
+}
 
 // Every resource under /control/, each a small function in the file that its topic names. What they change is one
 // transaction with the request.
@@ -33,13 +42,20 @@ struct Desk {
     store::Database& database;
     Settings& settings;
     const Json& seed;  // what the service was started with; null where that was nothing
+    seed::SecretHashes& hashes;
+    journal::Journal* journal;  // none where nothing is kept
+    long long last;             // number that it has given, before the request
+    bool isCleared;             // set by a resource that has cleared it
+    http::Events* events;       // set by a resource whose reply goes on with these
 };
 
 // One request for a resource.
 struct Call {
     std::string name;          // what stands behind the resource's own path
     std::string organisation;  // of the query; empty where it names none
-    Json body;                 // null where there was none
+    http::Form query;
+    Json body;              // null where there was none
+    std::string_view text;  // a body that is plain text
 };
 
 // StateResources.cpp
@@ -63,5 +79,15 @@ Json showFaults(Desk& desk, const Call& call);
 Json addFaults(Desk& desk, const Call& call);
 Json clearFaults(Desk& desk, const Call& call);
 Json clearFault(Desk& desk, const Call& call);
+
+// JournalResources.cpp
+Json listExchanges(Desk& desk, const Call& call);
+Json showExchange(Desk& desk, const Call& call);
+Json clearExchanges(Desk& desk, const Call& call);
+Json followExchanges(Desk& desk, const Call& call);
+Json readLog(Desk& desk, const Call& call);
+
+// OverviewResource.cpp
+Json showOverview(Desk& desk, const Call& call);
 
 }  // namespace service::control

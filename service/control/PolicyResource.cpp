@@ -33,7 +33,7 @@ std::string organisationOf(Desk& desk, const Call& call)
     const std::vector<std::string> ids = organisations(desk);
     if (!call.organisation.empty()) {
         if (std::ranges::find(ids, call.organisation) != ids.end()) return call.organisation;
-        throw ControlError(404, "there is no organisation " + service::quoted(call.organisation));
+        throw ControlError(404, "there is no organisation " + service::inQuotes(call.organisation));
     }
     if (ids.size() == 1) return ids.front();
     throw ControlError(409, std::string(ids.empty() ? "there is no organisation" : "there are several organisations") +
@@ -64,7 +64,7 @@ Json changePolicy(Desk& desk, const Call& call)
     const std::string orgID = organisationOf(desk, call);
     for (const auto& [feature, allowed] : call.body.items()) {
         if (!isFeatureName(feature))
-            throw ControlError(400, service::quoted(feature) + " cannot be the name of a feature");
+            throw ControlError(400, service::inQuotes(feature) + " cannot be the name of a feature");
         store::setPolicy(desk.database, orgID, feature, body.truth(feature.c_str(), false));
     }
     return switchesOf(desk, orgID);

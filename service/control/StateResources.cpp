@@ -33,7 +33,7 @@ Json reset(Desk& desk, const Call& call)
     }
     store::clearState(desk.database);
     desk.settings.clock.setOffset(0);
-    if (!empty && !desk.seed.is_null()) seed::fill(desk.database, desk.settings, desk.seed);
+    if (!empty && !desk.seed.is_null()) seed::fill(desk.database, desk.settings, desk.seed, desk.hashes);
     return summary(desk);
 }
 

@@ -35,45 +35,50 @@ bool strikesNow(const Fault& fault, const store::FaultRow& row)
 
 }  // namespace
 
-Faults::Faults(store::Database& database) : database_(database)
+Faults::Faults(store::Database& database)
 {
-    reload();
+    reload(database);
 }
 
-void Faults::reload()
+void Faults::reload(store::Database& database)
 {
-    entries_.clear();
-    for (store::FaultRow& row : store::faultRows(database_)) {
+    std::vector<Entry> entries;
+    for (store::FaultRow& row : store::faultRows(database)) {
         Fault fault = faultOf(parseJson(row.description));
-        entries_.push_back({std::move(row), std::move(fault)});
+        entries.push_back({std::move(row), std::move(fault)});
     }
+    entries_ = std::move(entries);
+    areSet_ = !entries_.empty();
 }
 
-std::optional<Fault> Faults::strike(const http::Operation& operation)
+std::optional<Fault> Faults::strike(store::Database& database, const http::Operation& operation)
 {
     if (entries_.empty()) return std::nullopt;
     try {
-        return counted(operation);
+        return counted(database, operation);
     } catch (const std::exception& error) {
         std::clog << "a fault could not be counted: " << error.what() << std::endl;
         return std::nullopt;
     }
 }
 
-std::optional<Fault> Faults::counted(const http::Operation& operation)
+// What is undone in the data file was not counted here either.
+std::optional<Fault> Faults::counted(store::Database& database, const http::Operation& operation)
 {
+    std::vector<Entry> entries = entries_;
     const Entry* struck = nullptr;
-    store::Transaction transaction(database_);
-    for (Entry& entry : entries_) {
+    store::Transaction transaction(database);
+    for (Entry& entry : entries) {
         if (!isMeant(entry.fault, operation)) continue;
         ++entry.row.seen;
         if (struck == nullptr && strikesNow(entry.fault, entry.row)) {
             struck = &entry;
             ++entry.row.struck;
         }
-        store::countFault(database_, entry.row);
+        store::countFault(database, entry.row);
     }
     transaction.commit();
+    entries_.swap(entries);
     return struck == nullptr ? std::nullopt : std::optional<Fault>(struck->fault);
 }
 

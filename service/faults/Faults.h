@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <optional>
 #include <vector>
 
@@ -9,17 +10,20 @@
 
 namespace service::faults {
 
-// The faults that are set, as the data file holds them.
+// The faults that are set, as the data file holds them. All but the first question is for who may write there.
 class Faults {
 public:
     explicit Faults(store::Database& database);
 
-    // What was changed in the data file counts from now on.
-    void reload();
+    // Whether there are any; any thread may ask.
+    bool areSet() const { return areSet_; }
 
-    // The first fault that strikes this call, which is counted with all that it was meant for. Never throws: where the
-    // data file cannot be written, nothing strikes.
-    std::optional<Fault> strike(const http::Operation& operation);
+    // What was changed in the data file counts from now on.
+    void reload(store::Database& database);
+
+    // The first fault that strikes this call, which is counted with all that it was meant for. Where the data file
+    // cannot be written, nothing strikes.
+    std::optional<Fault> strike(store::Database& database, const http::Operation& operation);
 
 private:
     struct Entry {
@@ -27,10 +31,10 @@ private:
         Fault fault;
     };
 
-    std::optional<Fault> counted(const http::Operation& operation);
+    std::optional<Fault> counted(store::Database& database, const http::Operation& operation);
 
-    store::Database& database_;
     std::vector<Entry> entries_;
+    std::atomic<bool> areSet_ = false;
 };
 
 }  // namespace service::faults

@@ -1,6 +1,7 @@
 #include "service/http/Connection.h"
 
 #include <boost/asio/buffer.hpp>
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/error.hpp>
 #include <boost/beast/http/read.hpp>
@@ -11,6 +12,7 @@
 
 #include "service/base/Refusal.h"
 #include "service/faults/Delivery.h"
+#include "service/http/EventStream.h"
 
 namespace service::http {
 
@@ -21,7 +23,8 @@ namespace {
 
 constexpr std::size_t kDrainBytes = 80UL * 1024 * 1024;
 constexpr std::size_t kDrainPiece = 64UL * 1024;
-constexpr std::size_t kReadPiece = 64UL * 1024;  // an upload would come in pieces of 512 bytes otherwise
+constexpr std::size_t kReadPiece = 64UL * 1024;         // an upload would come in pieces of 512 bytes otherwise
+constexpr std::size_t kLargeBytes = 8UL * 1024 * 1024;  // worth giving back
 constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
 
 std::string textOf(boost::beast::string_view view)
@@ -45,9 +48,9 @@ wire::response<wire::string_body> messageOf(Response response, bool keepAlive)
 {
     wire::response<wire::string_body> message;
     message.result(response.status);
-    message.set(wire::field::server, "pvwapi-service");
-    message.set(wire::field::content_type, response.contentType);
-    for (const auto& [name, value] : response.headers) message.set(name, value);
+    if (!response.contentType.empty()) message.set(wire::field::content_type, response.contentType);
+    for (const auto& [name, value] : response.headers) message.insert(name, value);
+    if (message.count(wire::field::server) == 0) message.set(wire::field::server, "pvwapi-service");
     message.keep_alive(keepAlive);
     message.body() = std::move(response.body);
     message.prepare_payload();
@@ -63,9 +66,9 @@ bool isParseError(const beast::error_code& error)
 
 }  // namespace
 
-Connection::Connection(boost::asio::ip::tcp::socket socket, const Router& router, const ConnectionLimits& limits,
-                       Journal* journal, std::shared_ptr<void> slot)
-    : stream_(std::move(socket)), router_(router), limits_(limits), journal_(journal), slot_(std::move(slot))
+Connection::Connection(boost::asio::ip::tcp::socket socket, const Answerer& answerer, const ConnectionLimits& limits,
+                       RequestLog* log, std::shared_ptr<void> slot)
+    : stream_(std::move(socket)), answerer_(answerer), limits_(limits), log_(log), slot_(std::move(slot))
 {
 }
 
@@ -105,8 +108,8 @@ void Connection::onHeader(Error error)
 {
     if (error) return onReadError(error);
     readHead();
-    if (std::optional<Response> refused = router_.refused(head_)) return send(std::move(*refused), false);
-    const std::uint64_t limit = router_.bodyLimit(head_.target);
+    if (std::optional<Response> refused = answerer_.refused(head_)) return send(std::move(*refused), false);
+    const std::uint64_t limit = answerer_.bodyLimit(head_.target);
     if (parser_->content_length().value_or(0) > limit) {
         return onReadError(wire::make_error_code(wire::error::body_limit));
     }
@@ -152,9 +155,24 @@ void Connection::onBody(Error error)
     request.target = head_.target;
     request.contentType = textOf(message[wire::field::content_type]);
     request.body = std::move(message.body());
+    for (const auto& field : message) {
+        request.headers.emplace_back(textOf(field.name_string()), textOf(field.value()));
+    }
     bodyBytes_ = request.body.size();
     begun_ = std::chrono::steady_clock::now();
-    send(router_.answer(request), message.keep_alive());
+    answerer_.answerLater(std::move(request),
+                          [self = shared_from_this(), keepAlive = message.keep_alive()](Response response) {
+                              self->sendFromAnywhere(std::move(response), keepAlive);
+                          });
+}
+
+// Whoever made the answer, the connection is for the thread that it was accepted by.
+void Connection::sendFromAnywhere(Response response, bool keepAlive)
+{
+    boost::asio::dispatch(stream_.get_executor(),
+                          [self = shared_from_this(), response = std::move(response), keepAlive]() mutable {
+                              self->send(std::move(response), keepAlive);
+                          });
 }
 
 // A broken request is answered and the connection closed; where nobody is left to read, or too slow, it just closes.
@@ -165,14 +183,23 @@ void Connection::onReadError(Error error)
 
 void Connection::send(Response response, bool keepAlive)
 {
-    if (journal_ != nullptr) journal_->note(head_, bodyBytes_, response, begun_);
-    if (response.fault) return deliver(response, keepAlive);
+    if (log_ != nullptr) log_->note(head_, bodyBytes_, response, begun_);
+    if (response.events != nullptr) return goOnWith(response);
+    if (response.fault && head_.method != "HEAD") return deliver(response, keepAlive);
     message_ = messageOf(std::move(response), keepAlive);
     // What was asked for the head alone gets that of the whole answer, its length included.
     if (head_.method == "HEAD") message_->body().clear();
     stream_.expires_after(limits_.write);
     wire::async_write(stream_, *message_,
                       [self = shared_from_this()](Error error, std::size_t) { self->onWritten(error); });
+}
+
+// The socket is the stream's from here on.
+void Connection::goOnWith(const Response& response)
+{
+    const auto stream = std::make_shared<EventStream>(stream_.release_socket(), std::move(slot_));
+    response.events->add(stream);
+    stream->start(response.contentType, response.body);
 }
 
 void Connection::deliver(const Response& response, bool keepAlive)
@@ -187,8 +214,12 @@ void Connection::deliver(const Response& response, bool keepAlive)
 
 void Connection::onWritten(Error error)
 {
+    const bool goesOn = message_->keep_alive();
+    const bool wasLarge = message_->body().size() + bodyBytes_ > kLargeBytes;
+    message_.reset();
+    if (wasLarge) answerer_.tidyUp();
     if (error) return;
-    if (message_->keep_alive()) return readHeader();
+    if (goesOn) return readHeader();
     finish();
 }
 

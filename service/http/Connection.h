@@ -10,8 +10,8 @@
 #include <memory>
 #include <optional>
 
-#include "service/http/Journal.h"
-#include "service/http/Router.h"
+#include "service/http/Answerer.h"
+#include "service/http/RequestLog.h"
 
 namespace service::http {
 
@@ -29,8 +29,8 @@ struct ConnectionLimits {
 // alive through the operation that it waits for.
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
-    Connection(boost::asio::ip::tcp::socket socket, const Router& router, const ConnectionLimits& limits,
-               Journal* journal, std::shared_ptr<void> slot);
+    Connection(boost::asio::ip::tcp::socket socket, const Answerer& answerer, const ConnectionLimits& limits,
+               RequestLog* log, std::shared_ptr<void> slot);
 
     // Says in one write that there are too many connections already, and closes.
     static void turnAway(boost::asio::ip::tcp::socket socket);
@@ -49,22 +49,24 @@ private:
     void readBody();
     void onBody(Error error);
     void onReadError(Error error);
+    void sendFromAnywhere(Response response, bool keepAlive);
     void send(Response response, bool keepAlive);
+    void goOnWith(const Response& response);
     void deliver(const Response& response, bool keepAlive);
     void onWritten(Error error);
     void finish();
     void drain();
 
     boost::beast::tcp_stream stream_;
-    const Router& router_;
+    const Answerer& answerer_;
     const ConnectionLimits& limits_;
-    Journal* journal_;            // none where nobody wants a line
+    RequestLog* log_;             // none where nobody wants a line
     std::shared_ptr<void> slot_;  // held while the connection counts
     boost::beast::flat_buffer buffer_;
     std::optional<Parser> parser_;
     RequestHead head_;
     std::size_t bodyBytes_ = 0;
-    Journal::Moment begun_ = std::chrono::steady_clock::now();
+    RequestLog::Moment begun_ = std::chrono::steady_clock::now();
     std::optional<Message> message_;
     std::size_t drained_ = 0;
 };

@@ -22,9 +22,9 @@ constexpr std::size_t kMaxFields = 64;
 std::string decodedOrRefused(std::string_view name, std::string_view value)
 {
     std::optional<std::string> text = percentDecoded(value);
-    if (!text) refuse("the form field " + quoted(name) + " holds a broken percent escape");
+    if (!text) refuse("the form field " + inQuotes(name) + " holds a broken percent escape");
     if (const std::string fault = faultOf(*text); !fault.empty()) {
-        refuse("the form field " + quoted(name) + " holds " + fault);
+        refuse("the form field " + inQuotes(name) + " holds " + fault);
     }
     return std::move(*text);
 }
@@ -58,7 +58,7 @@ void Form::addPiece(std::string_view piece)
 void Form::add(std::string name, std::string value)
 {
     if (fields_.size() == kMaxFields) refuse("the form has too many fields");
-    if (find(name) != nullptr) refuse("the form field " + quoted(name) + " stands twice");
+    if (find(name) != nullptr) refuse("the form field " + inQuotes(name) + " stands twice");
     fields_.push_back({std::move(name), std::move(value), false});
 }
 
@@ -78,7 +78,7 @@ bool Form::has(std::string_view name) const
 void Form::expectFields(std::initializer_list<std::string_view> names) const
 {
     for (const Field& field : fields_) {
-        if (std::ranges::find(names, field.name) == names.end()) refuse("unknown form field " + quoted(field.name));
+        if (std::ranges::find(names, field.name) == names.end()) refuse("unknown form field " + inQuotes(field.name));
     }
 }
 
@@ -92,14 +92,14 @@ std::string Form::text(std::string_view name) const
 std::string Form::required(std::string_view name) const
 {
     std::string value = text(name);
-    if (value.empty()) refuse("the form field " + quoted(name) + " is missing");
+    if (value.empty()) refuse("the form field " + inQuotes(name) + " is missing");
     return value;
 }
 
 xml::Node Form::xml(std::string_view name) const
 {
     const Field* const field = find(name);
-    if (field == nullptr || field->value.empty()) refuse("the form field " + quoted(name) + " is missing");
+    if (field == nullptr || field->value.empty()) refuse("the form field " + inQuotes(name) + " is missing");
     return xml::read(field->value, field->literalXml ? xml::Texts::percentEncoded : xml::Texts::plain);
 }
 

@@ -1,5 +1,6 @@
 #include "service/http/Message.h"
 
+#include "service/base/Refusal.h"
 #include "service/commands/Reply.h"
 
 namespace service::http {
@@ -9,6 +10,15 @@ Response refusal(unsigned status, std::string_view reason, std::string_view exce
     Response response;
     response.status = status;
     response.body = commands::failureText(reason, exceptionID);
+    return response;
+}
+
+Response wrongMethod(const std::string& allowed)
+{
+    constexpr unsigned kMethodNotAllowed = 405;
+    Response response =
+        refusal(kMethodNotAllowed, "only these methods are answered here: " + allowed, exceptionid::kBadRequest);
+    response.headers.emplace_back("Allow", allowed);
     return response;
 }
 

@@ -10,6 +10,8 @@
 
 namespace service::http {
 
+class Events;
+
 // What is known of a request before its body is read. A header that is not there is empty.
 struct RequestHead {
     std::string method;
@@ -20,11 +22,14 @@ struct RequestHead {
     std::string authorization;
 };
 
+using HeaderLines = std::vector<std::pair<std::string, std::string>>;
+
 struct Request {
     std::string method;
-    std::string target;
+    std::string target;  // path and query, as sent
     std::string contentType;
     std::string body;
+    HeaderLines headers{};  // all of them, as sent
 
     bool isPost() const { return method == "POST"; }
 };
@@ -39,15 +44,20 @@ struct Response {
     unsigned status = 200;
     std::string contentType = "text/xml; charset=utf-8";
     std::string body;
-    std::vector<std::pair<std::string, std::string>> headers;  // beyond those that every reply has
-    Operation operation;                                       // empty where it was not one
-    std::optional<faults::Fault> fault;                        // how it goes wrong on its way
+    HeaderLines headers{};                 // beyond those that every reply has
+    Operation operation{};                 // empty where it was not one
+    std::string user{};                    // who asked, where a session says so
+    std::optional<faults::Fault> fault{};  // how it goes wrong on its way
+    Events* events = nullptr;              // what the body goes on with until the client goes
 };
 
 inline constexpr const char* kJsonType = "application/json";
 
 // A reply for a request that never reached a command.
 Response refusal(unsigned status, std::string_view reason, std::string_view exceptionID);
+
+// The reply to a method that is none of these, which stand as in "GET, POST".
+Response wrongMethod(const std::string& allowed);
 
 std::string_view pathOf(std::string_view target);
 

@@ -95,8 +95,9 @@ MultipartForm readMultipart(std::string_view contentType, std::string_view body)
         const std::size_t end = body.find(next);
         if (end == std::string_view::npos) refuse("the last part has no end");
         if (const std::string fault = faultOf(body.substr(0, end)); !fault.empty()) {
-            refuse("the field " + quoted(part.name) + " holds " + fault);
+            refuse("the field " + inQuotes(part.name) + " holds " + fault);
         }
+        result.names.push_back(part.name);
         result.form.add(std::move(part.name), std::string(body.substr(0, end)));
         body.remove_prefix(end + next.size());
     }

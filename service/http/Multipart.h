@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "service/Context.h"
 #include "service/http/Form.h"
@@ -11,6 +12,7 @@ namespace service::http {
 // The fields of an upload and its one file. The file's content is a view into the body.
 struct MultipartForm {
     Form form;
+    std::vector<std::string> names;  // of its fields, in the order in which they came
     Upload file;
     bool hasFile = false;
 };

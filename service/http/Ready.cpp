@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "service/Context.h"
-#include "service/base/System.h"
+#include "service/base/Process.h"
 
 namespace service::http {
 

@@ -1,23 +1,26 @@
 #include "service/http/Router.h"
 
 #include <array>
+#include <iostream>
+#include <utility>
 
+#include "service/base/Process.h"
 #include "service/base/Refusal.h"
 #include "service/base/Text.h"
-#include "service/commands/Commands.h"
 #include "service/commands/Reply.h"
 #include "service/control/Control.h"
 #include "service/control/Guard.h"
-#include "service/faults/Faults.h"
-#include "service/http/Form.h"
-#include "service/http/Multipart.h"
+#include "service/http/Errand.h"
 #include "service/http/Ready.h"
+#include "service/journal/Journal.h"
 #include "service/rules/Icons.h"
+#include "service/web/Files.h"
 
 namespace service::http {
 
 namespace {
 
+constexpr std::string_view kWirePaths = "/kzn";  // what a host asks, and the journal keeps
 constexpr std::string_view kUploadPath = "/kznconnect/upload.do";
 constexpr std::uint64_t kFormBytes = 16ULL * 1024 * 1024;
 constexpr std::uint64_t kControlBytes = 256ULL * 1024 * 1024;
@@ -32,7 +35,7 @@ Response notServed(std::string_view reason)
 
 Response nothingAt(std::string_view path)
 {
-    return refusal(404, "there is nothing at " + quoted(path), exceptionid::kUnknownEndpoint);
+    return refusal(404, "there is nothing at " + inQuotes(path), exceptionid::kUnknownEndpoint);
 }
 
 Response forbidden(const RequestHead& head, const std::string& why)
@@ -47,7 +50,7 @@ struct Router::Place {
     std::string_view path;
     bool folder;              // what stands below is meant
     std::string_view method;  // empty where any is taken
-    Response (Router::*answer)(const Request& request) const;
+    void (Router::*answer)(const ErrandPtr& errand) const;
 };
 
 const Router::Place* Router::placeOf(std::string_view path)
@@ -60,6 +63,8 @@ const Router::Place* Router::placeOf(std::string_view path)
         Place{"/kzndms", false, "", &Router::documents},
         Place{"/kzndms/", true, "", &Router::documents},
         Place{"/ready", false, "GET", &Router::ready},
+        Place{"/", false, "GET", &Router::page},
+        Place{web::kFolder, true, "GET", &Router::page},
         Place{control::kControlPath, true, "", &Router::controlled},
     };
     for (const Place& place : kPlaces) {
@@ -70,16 +75,19 @@ const Router::Place* Router::placeOf(std::string_view path)
 
 std::optional<Response> Router::refused(const RequestHead& head) const
 {
-    if (!control::isOwnHost(head.host, settings_.port))
-        return forbidden(head, "the Host header does not name this service");
-    if (!control::isOwnOrigin(head.origin, settings_.port) || !control::isOwnSite(head.fetchSite)) {
-        return forbidden(head, "a page of another site is behind this request");
-    }
+    const auto begun = std::chrono::steady_clock::now();
+    std::optional<Response> refused = refusalOf(head);
+    if (refused) note({head.method, head.target, {}, {}}, *refused, begun);
+    return refused;
+}
+
+std::optional<Response> Router::refusalOf(const RequestHead& head) const
+{
+    const std::string foreign = control::whyForeign(head, settings_.port);
+    if (!foreign.empty()) return forbidden(head, foreign);
     if (control_ != nullptr && head.target.starts_with(control::kControlPath)) return withoutToken(head);
     if (head.method == "POST" || head.method == "GET" || head.method == "HEAD") return std::nullopt;
-    Response response = refusal(405, "only get, head and post are answered here", exceptionid::kBadRequest);
-    response.headers.emplace_back("Allow", "GET, HEAD, POST");
-    return response;
+    return wrongMethod("GET, HEAD, POST");
 }
 
 std::optional<Response> Router::withoutToken(const RequestHead& head) const
@@ -87,6 +95,11 @@ std::optional<Response> Router::withoutToken(const RequestHead& head) const
     if (control::bearsToken(head.authorization, control_->token())) return std::nullopt;
     return control::errorResponse(401,
                                   "this needs the header \"Authorization: Bearer TOKEN\" with the control's token");
+}
+
+void Router::tidyUp() const
+{
+    if (crew_ != nullptr) crew_->aside(returnMemory);
 }
 
 std::uint64_t Router::bodyLimit(std::string_view target) const
@@ -97,98 +110,82 @@ std::uint64_t Router::bodyLimit(std::string_view target) const
 
 Response Router::answer(const Request& request) const
 {
-    const std::string_view path = pathOf(request.target);
-    const Place* const place = placeOf(path);
-    const bool isHead = request.method == "HEAD";  // answered as a get whose body stays away
-    if (place != nullptr && (place->method.empty() || place->method == (isHead ? "GET" : request.method))) {
-        return (this->*place->answer)(request);
+    Response answer;
+    answerLater(request, [&answer](Response response) { answer = std::move(response); });
+    return answer;
+}
+
+void Router::answerLater(Request request, Reply reply) const
+{
+    const auto errand = std::make_shared<Errand>(*this, std::move(request), std::move(reply));
+    const std::string& method = errand->request().method;
+    const Place* const place = placeOf(pathOf(errand->request().target));
+    const bool isHead = method == "HEAD";  // answered as a get whose body stays away
+    if (place != nullptr && (place->method.empty() || place->method == (isHead ? "GET" : method))) {
+        return (this->*place->answer)(errand);
     }
-    return nothingAt(path);
+    errand->reply(nothingAt(pathOf(errand->request().target)));
 }
 
-// A fault may strike the call; true where that stands in the place of carrying it out.
-bool Router::isStruckDown(Response& response) const
+void Router::note(Request request, const Response& response, Moment begun) const
 {
-    if (faults_ == nullptr) return false;
-    response.fault = faults_->strike(response.operation);
-    if (!response.fault || !faults::isInstead(response.fault->kind)) return false;
-    response.body = commands::failureText(response.fault->reason, response.fault->exceptionID);
-    return true;
-}
-
-void Router::carryOut(Response& response, const Form& form, const Upload* upload) const
-{
-    response.operation = {form.text("cmd"), form.text("task")};
-    if (!isStruckDown(response)) response.body = commands::answerForm(database_, settings_, form, upload);
-}
-
-// The form comes in the body of a post, or after the "?" of a get.
-Response Router::operation(const Request& request) const
-{
-    Response response;
+    if (journal_ == nullptr || !request.target.starts_with(kWirePaths)) return;
     try {
-        carryOut(response,
-                 Form::fromUrlEncoded(request.isPost() ? std::string_view(request.body) : queryOf(request.target)),
-                 nullptr);
-    } catch (const Refusal& failure) {
-        response.body = commands::failureText(failure.what(), failure.exceptionID());
+        journal::Heard heard = journal::heardOf(std::move(request), response);
+        heard.time = settings_.clock.now();
+        heard.took = std::chrono::steady_clock::now() - begun;
+        journal_->add(std::move(heard));
+    } catch (const std::exception& error) {
+        // The reply goes out all the same.
+        std::clog << std::string("a request is not in the journal: ") + error.what() + '\n' << std::flush;
     }
-    return response;
 }
 
-Response Router::upload(const Request& request) const
+void Router::operation(const ErrandPtr& errand) const
 {
-    Response response;
-    try {
-        const MultipartForm parts = readMultipart(request.contentType, request.body);
-        carryOut(response, parts.form, parts.hasFile ? &parts.file : nullptr);
-    } catch (const Refusal& failure) {
-        response.body = commands::failureText(failure.what(), failure.exceptionID());
-    }
-    return response;
+    errand->form();
 }
 
-// A picture has no reply around it, so the status tells what became of it; the body of a failure says why.
-Response Router::icon(const Request& request) const
+void Router::upload(const ErrandPtr& errand) const
 {
-    Response response;
-    response.operation.command = "icon";
-    if (isStruckDown(response)) return response;
-    try {
-        const std::string_view name = pathOf(request.target).substr(rules::kIconPath.size());
-        const Form form = Form::fromUrlEncoded(queryOf(request.target));
-        response.body = commands::iconContent(database_, settings_, std::string(name), form.text("cred"));
-        response.contentType = rules::pictureType(response.body);
-    } catch (const Refusal& failure) {
-        const bool missing = failure.exceptionID() == std::string_view(exceptionid::kNoSuchObject);
-        response.status = missing ? 404 : 403;
-        response.body = commands::failureText(failure.what(), failure.exceptionID());
-    }
-    return response;
+    errand->upload();
+}
+
+void Router::icon(const ErrandPtr& errand) const
+{
+    errand->icon();
 }
 
 // Clients know these two addresses. Whoever asks there is told what is missing, in the form that it can read.
-Response Router::nullSession(const Request& /*request*/) const
+void Router::nullSession(const ErrandPtr& errand) const
 {
-    return notServed("this service opens no sessions without a user: every request goes to /kznconnect/op.do");
+    errand->reply(notServed("this service opens no sessions without a user: every request goes to /kznconnect/op.do"));
 }
 
-Response Router::documents(const Request& /*request*/) const
+void Router::documents(const ErrandPtr& errand) const
 {
-    return notServed("this service keeps no documents: there is nothing behind /kzndms");
+    errand->reply(notServed("this service keeps no documents: there is nothing behind /kzndms"));
 }
 
-Response Router::ready(const Request& /*request*/) const
+void Router::ready(const ErrandPtr& errand) const
 {
     Response response;
     response.contentType = kJsonType;
     response.body = readyText(settings_) + '\n';
-    return response;
+    errand->reply(std::move(response));
 }
 
-Response Router::controlled(const Request& request) const
+void Router::page(const ErrandPtr& errand) const
 {
-    return control_ == nullptr ? nothingAt(pathOf(request.target)) : control_->answer(request);
+    const std::string_view path = pathOf(errand->request().target);
+    const web::File* const file = web::findFile(path == "/" ? web::kStart : path.substr(web::kFolder.size()));
+    errand->reply(file == nullptr ? nothingAt(path) : web::responseOf(*file));
+}
+
+void Router::controlled(const ErrandPtr& errand) const
+{
+    if (control_ == nullptr) return errand->reply(nothingAt(pathOf(errand->request().target)));
+    errand->control();
 }
 
 }  // namespace service::http

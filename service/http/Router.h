@@ -1,12 +1,14 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "service/Context.h"
-#include "service/http/Message.h"
+#include "service/http/Answerer.h"
 
 namespace service::control {
 class Control;
@@ -14,44 +16,53 @@ class Control;
 namespace service::faults {
 class Faults;
 }
+namespace service::journal {
+class Journal;
+}
+namespace service::work {
+class Crew;
+}
 
 namespace service::http {
 
-class Form;
+class Errand;
 
 // Finds who answers a request.
-class Router {
+class Router final : public Answerer {
 public:
-    // Without a control nothing is answered below its path; without faults all goes well.
+    // Without a control nothing is answered below its path; without faults all goes well; without a crew everything is
+    // done by the thread that asks; without a journal nothing is kept.
     Router(store::Database& database, const Settings& settings, control::Control* control = nullptr,
-           faults::Faults* faults = nullptr)
-        : database_(database), settings_(settings), control_(control), faults_(faults)
+           faults::Faults* faults = nullptr, work::Crew* crew = nullptr, journal::Journal* journal = nullptr)
+        : database_(database), settings_(settings), control_(control), faults_(faults), crew_(crew), journal_(journal)
     {
     }
 
-    // What is refused before its body is read; nothing where the request may go on.
-    std::optional<Response> refused(const RequestHead& head) const;
+    std::optional<Response> refused(const RequestHead& head) const override;
 
-    Response answer(const Request& request) const;
-
-    // How large a body this target takes.
-    std::uint64_t bodyLimit(std::string_view target) const;
-
-    const Settings& settings() const { return settings_; }
+    // Only without a crew.
+    Response answer(const Request& request) const override;
+    void answerLater(Request request, Reply reply) const override;
+    void tidyUp() const override;
+    std::uint64_t bodyLimit(std::string_view target) const override;
 
 private:
+    friend class Errand;
+    using ErrandPtr = std::shared_ptr<Errand>;
     struct Place;
 
-    Response operation(const Request& request) const;
-    Response upload(const Request& request) const;
-    Response icon(const Request& request) const;
-    Response nullSession(const Request& request) const;
-    Response documents(const Request& request) const;
-    Response ready(const Request& request) const;
-    Response controlled(const Request& request) const;
+    using Moment = std::chrono::steady_clock::time_point;
+    void note(Request request, const Response& response, Moment begun) const;
+    void operation(const ErrandPtr& errand) const;
+    void upload(const ErrandPtr& errand) const;
+    void icon(const ErrandPtr& errand) const;
+    void nullSession(const ErrandPtr& errand) const;
+    void documents(const ErrandPtr& errand) const;
+    void ready(const ErrandPtr& errand) const;
+    void page(const ErrandPtr& errand) const;
+    void controlled(const ErrandPtr& errand) const;
+    std::optional<Response> refusalOf(const RequestHead& head) const;
     std::optional<Response> withoutToken(const RequestHead& head) const;
-    void carryOut(Response& response, const Form& form, const Upload* upload) const;
-    bool isStruckDown(Response& response) const;
 
     static const Place* placeOf(std::string_view path);
 
@@ -59,6 +70,8 @@ private:
     const Settings& settings_;
     control::Control* control_;
     faults::Faults* faults_;
+    work::Crew* crew_;
+    journal::Journal* journal_;
 };
 
 }  // namespace service::http

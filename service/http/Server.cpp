@@ -4,6 +4,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "service/http/Address.h"
+
 namespace service::http {
 
 namespace {
@@ -19,13 +21,13 @@ std::string textOf(const boost::asio::ip::tcp::endpoint& address)
 
 }  // namespace
 
-Server::Server(boost::asio::io_context& io, const boost::asio::ip::tcp::endpoint& address, const Router& router,
-               const ConnectionLimits& limits)
-    : acceptor_(io), pause_(io), router_(router), limits_(limits), journal_(std::clog)
+Server::Server(boost::asio::io_context& io, const boost::asio::ip::tcp::endpoint& address, const Answerer& answerer,
+               const ConnectionLimits& limits, RequestLog* log)
+    : acceptor_(io), pause_(io), answerer_(answerer), limits_(limits), log_(log)
 {
     try {
         acceptor_.open(address.protocol());
-        acceptor_.set_option(boost::asio::socket_base::reuse_address(true));
+        claimAddress(acceptor_);
         acceptor_.bind(address);
         acceptor_.listen();
     } catch (const boost::system::system_error& error) {
@@ -60,9 +62,7 @@ void Server::onAccepted(const boost::system::error_code& error, boost::asio::ip:
         return acceptLater();
     }
     if (static_cast<std::size_t>(slots_.use_count()) <= limits_.connections) {
-        std::make_shared<Connection>(std::move(socket), router_, limits_,
-                                     router_.settings().verbose ? &journal_ : nullptr, slots_)
-            ->start();
+        std::make_shared<Connection>(std::move(socket), answerer_, limits_, log_, slots_)->start();
     } else {
         Connection::turnAway(std::move(socket));
     }

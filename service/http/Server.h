@@ -7,17 +7,17 @@
 #include <string>
 
 #include "service/http/Connection.h"
-#include "service/http/Router.h"
 
 namespace service::http {
 
-// Takes connections at one address. Everything runs on the thread that runs the context: one request at a time reaches
-// the data file, and none waits for a slow client.
+// Takes connections at one address. All that is HTTP runs on the thread that runs the context, and none waits there for
+// a slow client.
 class Server {
 public:
-    // Throws std::runtime_error where the address cannot be had. Port 0 takes a free one.
-    Server(boost::asio::io_context& io, const boost::asio::ip::tcp::endpoint& address, const Router& router,
-           const ConnectionLimits& limits);
+    // Throws std::runtime_error where the address cannot be had. Port 0 takes a free one. With a log each request
+    // gets a line there.
+    Server(boost::asio::io_context& io, const boost::asio::ip::tcp::endpoint& address, const Answerer& answerer,
+           const ConnectionLimits& limits, RequestLog* log = nullptr);
 
     // The address with the port that was really taken, as "127.0.0.1:8420".
     std::string address() const;
@@ -30,9 +30,9 @@ private:
 
     boost::asio::ip::tcp::acceptor acceptor_;
     boost::asio::steady_timer pause_;
-    const Router& router_;
+    const Answerer& answerer_;
     ConnectionLimits limits_;
-    Journal journal_;
+    RequestLog* log_;
     std::shared_ptr<int> slots_ = std::make_shared<int>();  // as many uses as connections, and one
 };
 

@@ -15,7 +15,7 @@ const ObjectType& objectType(std::string_view name)
             if (known == name) return type;
         }
     }
-    throw Refusal(exceptionid::kUnknownType, "unknown object type " + quoted(name));
+    throw Refusal(exceptionid::kUnknownType, "unknown object type " + inQuotes(name));
 }
 
 std::optional<xml::Node> nodeWithID(std::vector<xml::Node> nodes, std::string_view element, const std::string& id)

@@ -20,6 +20,9 @@ struct ObjectType {
     std::vector<xml::Node> (*list)(const Context& context, const script::Selection& wanted);
     std::optional<xml::Node> (*find)(const Context& context, const std::string& id, const script::Selection& wanted);
     void (*shown)(const Context& context, const std::vector<xml::Node>& nodes) = nullptr;  // told of what goes out
+
+    // Whether every object that the caller may see has this text there.
+    bool (*isGiven)(const Context& context, std::string_view path, std::string_view value) = nullptr;
 };
 
 // Refuses a name that no type has.

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <array>
+#include <utility>
+
 #include "service/base/Clock.h"
 #include "service/base/Text.h"
 #include "service/objects/ObjectTypes.h"
@@ -11,17 +15,67 @@ namespace service::objects {
 
 namespace {
 
-void addMembers(const Context& context, const std::string& workspaceID, const script::Selection& wanted,
-                xml::Node& workspace)
+constexpr std::array<std::string_view, 12> kFields{"workspaceID", "workspaceName",    "userID",      "userName",
+                                                   "type",        "isTemplate",       "namespaceID", "namespaceName",
+                                                   "createTime",  "lastModifiedTime", "groupID",     "groupName"};
+
+// What of a workspace is asked for, found out once for a whole list.
+struct Parts {
+    explicit Parts(const script::Selection& wanted)
+        : extension(wanted.touches("ext")),
+          description(wanted.touches("ext/KZN/description")),
+          fixedTabs(wanted.touches("ext/KZN/discussionTab") || wanted.touches("ext/KZN/filesTab")),
+          tabs(wanted.touches("tabs")),
+          members(wanted.touches("members")),
+          chatRooms(wanted.touches("chatRooms"))
+    {
+        for (std::size_t i = 0; i < kFields.size(); ++i) fields.at(i) = wanted.touches(kFields.at(i));
+    }
+
+    std::array<bool, kFields.size()> fields{};
+    bool extension;
+    bool description;
+    bool fixedTabs;
+    bool tabs;
+    bool members;
+    bool chatRooms;
+};
+
+// What belongs to the workspaces that are shown: of each type, one question for all of them.
+struct Belongings {
+    store::ByWorkspace<std::string> descriptions;
+    store::ByWorkspace<store::Tab> tabs;
+    store::ByWorkspace<store::Member> members;
+    store::ByWorkspace<store::ChatRoom> chatRooms;
+};
+
+Belongings belongingsOf(const Context& context, const Parts& parts, const store::Which& which)
 {
-    const bool withRoles = wanted.touches("members/member/roles");
+    Belongings all;
+    if (parts.description) all.descriptions = store::descriptionsOf(context.database, which);
+    if (parts.tabs || parts.fixedTabs) all.tabs = store::tabsOf(context.database, which);
+    if (parts.members) all.members = store::membersOf(context.database, which);
+    if (parts.chatRooms) all.chatRooms = store::chatRoomsOf(context.database, which);
+    return all;
+}
+
+template <class Item>
+const std::vector<Item>& of(const store::ByWorkspace<Item>& all, const std::string& workspaceID)
+{
+    static const std::vector<Item> kNone;
+    const auto found = all.find(workspaceID);
+    return found == all.end() ? kNone : found->second;
+}
+
+void addMembers(const std::vector<store::Member>& items, xml::Node& workspace)
+{
     xml::Node& members = workspace.add("members");
-    for (const store::Member& item : store::membersOf(context.database, workspaceID)) {
+    for (const store::Member& item : items) {
         xml::Node& member = members.add("member");
         member.add("userID", item.userID);
         member.add("userName", item.userName);
         member.add("email", item.email);
-        if (withRoles) addRoles(store::rolesOf(context.database, workspaceID, item.userID), member);
+        addRoles(item.roleIDs, member);
     }
 }
 
@@ -37,10 +91,10 @@ void addTabs(const std::vector<store::Tab>& items, xml::Node& workspace)
     }
 }
 
-void addChatRooms(const Context& context, const std::string& workspaceID, xml::Node& workspace)
+void addChatRooms(const std::vector<store::ChatRoom>& items, xml::Node& workspace)
 {
     xml::Node& rooms = workspace.add("chatRooms");
-    for (const store::ChatRoom& item : store::chatRoomsOf(context.database, workspaceID)) {
+    for (const store::ChatRoom& item : items) {
         xml::Node& room = rooms.add("chatRoom");
         room.add("chatRoomID", item.roomID);
         room.add("chatRoomName", item.name);
@@ -59,53 +113,64 @@ void addFixedTabs(const std::vector<store::Tab>& tabs, xml::Node& extension)
     }
 }
 
-void addExtension(const Context& context, const store::Workspace& item, const std::vector<store::Tab>& tabs,
-                  xml::Node& workspace)
+void addExtension(const Context& context, const store::Workspace& item, const Belongings& all, xml::Node& workspace)
 {
     xml::Node& extension = workspace.add("ext").add("KZN");
     xml::Node& description = extension.add("description");
-    for (const std::string& text : store::descriptionOf(context.database, item.workspaceID)) {
-        description.add("text", text);
-    }
+    for (const std::string& text : of(all.descriptions, item.workspaceID)) description.add("text", text);
     if (!item.descriptionIcon.empty()) description.add("icon", item.descriptionIcon);
-    addFixedTabs(tabs, extension);
+    addFixedTabs(of(all.tabs, item.workspaceID), extension);
     if (!item.iconName.empty()) {
         extension.add("spaceIcon").add("url", rules::iconURL(context.settings, item.iconName));
     }
 }
 
-xml::Node workspaceNode(const Context& context, const store::Workspace& item, const script::Selection& wanted)
+void addFields(const store::Workspace& item, const Parts& parts, xml::Node& workspace)
+{
+    std::size_t at = 0;
+    const auto add = [&](const auto& text) {
+        if (parts.fields.at(at)) workspace.add(kFields.at(at), text());
+        ++at;
+    };
+    add([&] { return std::string_view(item.workspaceID); });
+    add([&] { return std::string_view(item.name); });
+    add([&] { return std::string_view(item.ownerID); });
+    add([&] { return std::string_view(item.ownerName); });
+    add([&] { return std::to_string(item.type); });
+    add([&] { return truthText(item.isTemplate); });
+    add([&] { return std::string_view(item.namespaceID); });
+    add([&] { return std::string_view(item.namespaceName); });
+    add([&] { return timeText(item.created); });
+    add([&] { return timeText(item.modified); });
+    add([&] { return std::string_view(item.groupID); });
+    add([&] { return std::string_view(item.groupName); });
+}
+
+xml::Node workspaceNode(const Context& context, const store::Workspace& item, const Parts& parts, const Belongings& all)
 {
     xml::Node workspace("workspace");
-    workspace.add("workspaceID", item.workspaceID);
-    workspace.add("workspaceName", item.name);
-    workspace.add("userID", item.ownerID);
-    workspace.add("userName", item.ownerName);
-    workspace.add("type", std::to_string(item.type));
-    workspace.add("isTemplate", truthText(item.isTemplate));
-    workspace.add("namespaceID", item.namespaceID);
-    workspace.add("namespaceName", item.namespaceName);
-    workspace.add("createTime", timeText(item.created));
-    workspace.add("lastModifiedTime", timeText(item.modified));
-    workspace.add("groupID", item.groupID);
-    workspace.add("groupName", item.groupName);
-    const bool withTabs =
-        wanted.touches("tabs") || wanted.touches("ext/KZN/discussionTab") || wanted.touches("ext/KZN/filesTab");
-    const std::vector<store::Tab> tabs =
-        withTabs ? store::tabsOf(context.database, item.workspaceID) : std::vector<store::Tab>();
-    if (wanted.touches("ext")) addExtension(context, item, tabs, workspace);
-    if (wanted.touches("members")) addMembers(context, item.workspaceID, wanted, workspace);
-    if (wanted.touches("tabs")) addTabs(tabs, workspace);
-    if (wanted.touches("chatRooms")) addChatRooms(context, item.workspaceID, workspace);
+    workspace.children.reserve(8);
+    addFields(item, parts, workspace);
+    if (parts.extension) addExtension(context, item, all, workspace);
+    if (parts.members) addMembers(of(all.members, item.workspaceID), workspace);
+    if (parts.tabs) addTabs(of(all.tabs, item.workspaceID), workspace);
+    if (parts.chatRooms) addChatRooms(of(all.chatRooms, item.workspaceID), workspace);
     return workspace;
 }
 
 std::vector<xml::Node> listWorkspaces(const Context& context, const script::Selection& wanted)
 {
+    const Parts parts(wanted);
+    const std::string& userID = context.session.userID;
+    const Belongings all = belongingsOf(context, parts, store::Which::ofMember(userID));
+    std::vector<std::pair<long long, xml::Node>> numbered;
+    store::visitWorkspacesOfMember(context.database, userID, [&](const store::Workspace& item) {
+        numbered.emplace_back(item.number, workspaceNode(context, item, parts, all));
+    });
+    std::ranges::sort(numbered, {}, &std::pair<long long, xml::Node>::first);
     std::vector<xml::Node> nodes;
-    for (const store::Workspace& item : store::workspacesOfMember(context.database, context.session.userID)) {
-        nodes.push_back(workspaceNode(context, item, wanted));
-    }
+    nodes.reserve(numbered.size());
+    for (auto& [number, node] : numbered) nodes.push_back(std::move(node));
     return nodes;
 }
 
@@ -115,14 +180,21 @@ std::optional<xml::Node> findWorkspace(const Context& context, const std::string
     if (!store::isMember(context.database, workspaceID, context.session.userID)) return std::nullopt;
     const std::optional<store::Workspace> item = store::findWorkspace(context.database, workspaceID);
     if (!item) return std::nullopt;
-    return workspaceNode(context, *item, wanted);
+    const Parts parts(wanted);
+    return workspaceNode(context, *item, parts, belongingsOf(context, parts, store::Which::one(workspaceID)));
+}
+
+// Only members see a workspace.
+bool isGiven(const Context& context, std::string_view path, std::string_view value)
+{
+    return path == "members/member/userID" && value == context.session.userID;
 }
 
 }  // namespace
 
 ObjectType workspaceType()
 {
-    return {"workspace", {"workspace", "wksp"}, listWorkspaces, findWorkspace};
+    return {"workspace", {"workspace", "wksp"}, listWorkspaces, findWorkspace, nullptr, isGiven};
 }
 
 }  // namespace service::objects

@@ -70,7 +70,7 @@ private:
 Remote::Remote(const std::string& url, std::string token) : token_(std::move(token))
 {
     constexpr std::string_view kScheme = "http://";
-    const std::string what = "the address " + service::quoted(url) + " ";
+    const std::string what = "the address " + service::inQuotes(url) + " ";
     if (!url.starts_with(kScheme)) throw std::invalid_argument(what + "has to begin with http://");
     address_ = url.substr(kScheme.size(), url.find('/', kScheme.size()) - kScheme.size());
     const std::size_t colon = address_.rfind(':');

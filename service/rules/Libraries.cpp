@@ -10,9 +10,10 @@ store::Library requireWritable(const Context& context, const std::string& librar
     std::optional<store::Library> library = store::findLibrary(context.database, libraryID);
     const bool readable = library && (mayWrite(context, *library) || (library->type == store::kOrganisationLibrary &&
                                                                       library->orgID == context.session.orgID));
-    if (!readable) throw Refusal(exceptionid::kNoSuchObject, "there is no library " + quoted(libraryID) + " of yours");
+    if (!readable)
+        throw Refusal(exceptionid::kNoSuchObject, "there is no library " + inQuotes(libraryID) + " of yours");
     if (!mayWrite(context, *library)) {
-        throw Refusal(exceptionid::kAccessDenied, "only its owner may change the library " + quoted(library->name));
+        throw Refusal(exceptionid::kAccessDenied, "only its owner may change the library " + inQuotes(library->name));
     }
     return std::move(*library);
 }

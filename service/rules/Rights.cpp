@@ -38,7 +38,7 @@ Right workspaceRight(const Context& context, const WorkspaceTest& test, const st
 {
     const std::string& userID = context.session.userID;
     if (!store::isMember(context.database, workspaceID, userID)) {
-        return refused("there is no " + quoted(workspaceID) + " that you can see");
+        return refused("there is no " + inQuotes(workspaceID) + " that you can see");
     }
     if (test.needs == Needs::administrator && !isAdministrator(context, workspaceID, userID)) {
         return refused("only an administrator of the workspace may do this");

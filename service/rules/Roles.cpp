@@ -66,7 +66,7 @@ store::Workspace requireVisible(const Context& context, const std::string& works
         workspace = store::findWorkspace(context.database, workspaceID);
     }
     if (!workspace) {
-        throw Refusal(exceptionid::kNoSuchObject, "there is no workspace " + quoted(workspaceID) + " of yours");
+        throw Refusal(exceptionid::kNoSuchObject, "there is no workspace " + inQuotes(workspaceID) + " of yours");
     }
     return std::move(*workspace);
 }

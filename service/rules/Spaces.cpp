@@ -100,7 +100,7 @@ void moveTabs(Context& context, const std::string& workspaceID, const std::map<s
             throw Refusal(exceptionid::kBadRequest, "two tabs are given the place " + std::to_string(place));
         }
         if (!store::moveTab(context.database, workspaceID, tabID, place)) {
-            throw Refusal(exceptionid::kNoSuchObject, "the workspace has no tab " + quoted(tabID));
+            throw Refusal(exceptionid::kNoSuchObject, "the workspace has no tab " + inQuotes(tabID));
         }
     }
     settleTabs(context, workspaceID, places);
@@ -114,9 +114,9 @@ store::Tab requireTab(const Context& context, const std::string& tabID)
         return (!caller.workspaceID.empty() && tab.workspaceID != caller.workspaceID) ||
                !store::isMember(context.database, tab.workspaceID, caller.userID);
     });
-    if (tabs.empty()) throw Refusal(exceptionid::kNoSuchObject, "there is no tab " + quoted(tabID) + " of yours");
+    if (tabs.empty()) throw Refusal(exceptionid::kNoSuchObject, "there is no tab " + inQuotes(tabID) + " of yours");
     if (tabs.size() > 1) {
-        throw Refusal(exceptionid::kConflict, "several workspaces have a tab " + quoted(tabID) +
+        throw Refusal(exceptionid::kConflict, "several workspaces have a tab " + inQuotes(tabID) +
                                                   ": use a session that was cloned for the workspace");
     }
     requireAdministrator(context, tabs.front().workspaceID);
@@ -126,14 +126,14 @@ store::Tab requireTab(const Context& context, const std::string& tabID)
 long long checkedOrder(std::string_view text)
 {
     const std::optional<long long> order = wholeNumber(trimmed(text), -kMostOrder, kMostOrder);
-    if (!order) throw Refusal(exceptionid::kBadRequest, "tabOrder must be a number, not " + quoted(text));
+    if (!order) throw Refusal(exceptionid::kBadRequest, "tabOrder must be a number, not " + inQuotes(text));
     return *order;
 }
 
 void takeOut(Context& context, const std::string& workspaceID, const std::string& userID)
 {
     if (!store::isMember(context.database, workspaceID, userID)) {
-        throw Refusal(exceptionid::kNoSuchObject, "the workspace has no member " + quoted(userID));
+        throw Refusal(exceptionid::kNoSuchObject, "the workspace has no member " + inQuotes(userID));
     }
     if (isAdministrator(context, workspaceID, userID) && administratorCount(context, workspaceID) == 1) {
         throw Refusal(exceptionid::kConflict, "the last administrator cannot leave the workspace");

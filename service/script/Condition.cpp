@@ -18,7 +18,7 @@ std::string sessionVariable(const std::string& name, const store::Session& sessi
 {
     if (name == "userID") return session.userID;
     if (name == "userName") return session.userName;
-    refuse("unknown session variable " + quoted(name));
+    refuse("unknown session variable " + inQuotes(name));
 }
 
 // A path may start with the object's own name, as it does in a reply.
@@ -41,8 +41,8 @@ Condition Condition::read(const xml::Node& element, const Context& context, std:
         return read(element.children.front(), context, objectName);
     }
     if (element.name == "eq") return readEquals(element, context, objectName);
-    if (element.name != "and" && element.name != "or") refuse("unknown condition " + quoted(element.name));
-    if (element.children.empty()) refuse("an empty " + quoted(element.name) + " says nothing");
+    if (element.name != "and" && element.name != "or") refuse("unknown condition " + inQuotes(element.name));
+    if (element.children.empty()) refuse("an empty " + inQuotes(element.name) + " says nothing");
 
     Condition condition;
     condition.kind_ = element.name == "and" ? Kind::all : Kind::any;
@@ -71,6 +71,17 @@ bool Condition::holds(const xml::Node& object) const
     case Kind::equals: break;
     }
     return xml::anyTextEquals(object, path_, value_);
+}
+
+bool Condition::isGiven(const Test& given) const
+{
+    const auto partIsGiven = [&given](const Condition& part) { return part.isGiven(given); };
+    switch (kind_) {
+    case Kind::all: return std::all_of(parts_.begin(), parts_.end(), partIsGiven);
+    case Kind::any: return std::any_of(parts_.begin(), parts_.end(), partIsGiven);
+    case Kind::equals: break;
+    }
+    return given(path_, value_);
 }
 
 void Condition::addPaths(Selection& wanted) const

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "service/Context.h"
@@ -16,6 +18,10 @@ public:
     static Condition read(const xml::Node& element, const Context& context, std::string_view objectName);
 
     bool holds(const xml::Node& object) const;
+
+    // True where it holds for every object for which these tests do.
+    using Test = std::function<bool(std::string_view path, std::string_view value)>;
+    bool isGiven(const Test& given) const;
 
     // The fields that it has to see.
     void addPaths(Selection& wanted) const;

@@ -6,6 +6,7 @@
 #include "service/base/Refusal.h"
 #include "service/base/Text.h"
 #include "service/script/Query.h"
+#include "service/store/Database.h"
 
 namespace service::script {
 
@@ -65,10 +66,10 @@ void checkStep(const xml::Node& step)
 {
     for (const xml::Node& child : step.children) {
         if (std::find(kStepElements.begin(), kStepElements.end(), child.name) == kStepElements.end()) {
-            refuse("unknown element " + quoted(child.name) + " in a step");
+            refuse("unknown element " + inQuotes(child.name) + " in a step");
         }
         if (child.name != "set" && step.child(child.name) != &child) {
-            refuse("the element " + quoted(child.name) + " stands twice in a step");
+            refuse("the element " + inQuotes(child.name) + " stands twice in a step");
         }
     }
 }
@@ -100,7 +101,7 @@ Interpreter::Interpreter(Context& context, TaskRunner runTask, ScriptLimits limi
 
 void Interpreter::run(const xml::Node& script, xml::Node& result)
 {
-    if (script.name != "script") refuse("a script starts with <script>, not with " + quoted(script.name));
+    if (script.name != "script") refuse("a script starts with <script>, not with " + inQuotes(script.name));
     if (script.children.empty()) refuse("the script has no steps");
     runBlock(script, 0, result);
 }
@@ -113,7 +114,7 @@ void Interpreter::runBlock(const xml::Node& block, int depth, xml::Node& result)
         } else if (item.name == "foreach") {
             runForeach(item, depth, result);
         } else {
-            refuse("unknown element " + quoted(item.name) + " in a script");
+            refuse("unknown element " + inQuotes(item.name) + " in a script");
         }
     }
 }
@@ -129,7 +130,7 @@ void Interpreter::runStep(const xml::Node& step, int depth, xml::Node& result)
     } else if (command == "execute") {
         runTaskStep(step, stepResult);
     } else {
-        throw Refusal(exceptionid::kUnknownCommand, "unknown command " + quoted(command) + " in a script");
+        throw Refusal(exceptionid::kUnknownCommand, "unknown command " + inQuotes(command) + " in a script");
     }
     bindVariables(step, stepResult);
     chargeResult(stepResult);
@@ -143,7 +144,7 @@ void Interpreter::runForeach(const xml::Node& loop, int depth, xml::Node& result
     }
     const std::string& name = loop.attribute("var");
     const auto found = variables_.find(name);
-    if (found == variables_.end()) refuse("foreach over the unknown variable " + quoted(name));
+    if (found == variables_.end()) refuse("foreach over the unknown variable " + inQuotes(name));
     const std::vector<std::string> values = found->second;
     for (const std::string& value : values) {
         xml::Node body = loop;
@@ -158,8 +159,8 @@ void Interpreter::runQuery(const xml::Node& step, int depth, xml::Node& result)
     result.children = answer(context_, query);
     // What a loop visits may have gone since it was noted; a step that names its object itself has to find it.
     if (result.children.empty() && !query.id.empty() && !query.where && depth == 0) {
-        throw Refusal(exceptionid::kNoSuchObject,
-                      "there is no " + std::string(query.type.element) + " " + quoted(query.id) + " that you can see");
+        throw Refusal(exceptionid::kNoSuchObject, "there is no " + std::string(query.type.element) + " " +
+                                                      inQuotes(query.id) + " that you can see");
     }
 }
 
@@ -190,6 +191,7 @@ void Interpreter::chargeStep()
     if (std::chrono::steady_clock::now() > end_) {
         throw Refusal(exceptionid::kLimitExceeded, "the script takes too long");
     }
+    context_.database.spend();
 }
 
 void Interpreter::chargeResult(const xml::Node& result)

@@ -10,33 +10,15 @@ namespace service::script {
 namespace {
 
 constexpr std::size_t kMaxPaths = 200;
+constexpr int kMaxSteps = 128;  // no object has so many elements in each other: what is behind them is never there
 
-// True where `inner` is `outer` or lies below it.
-bool liesWithin(std::string_view inner, std::string_view outer)
+// The path's first step, which is taken from it.
+std::string_view stepOf(std::string_view& path)
 {
-    return inner.starts_with(outer) && (inner.size() == outer.size() || inner[outer.size()] == '/');
-}
-
-void pruneBelow(xml::Node& node, const std::vector<std::string_view>& paths);
-
-// What the paths say about a child: keep it whole, keep a part of it, or nothing.
-bool keepPart(xml::Node& child, const std::vector<std::string_view>& paths)
-{
-    std::vector<std::string_view> below;
-    for (const std::string_view path : paths) {
-        if (!liesWithin(path, child.name)) continue;
-        if (path.size() == child.name.size()) return true;
-        below.push_back(path.substr(child.name.size() + 1));
-    }
-    if (below.empty()) return false;
-    pruneBelow(child, below);
-    return !child.children.empty();
-}
-
-void pruneBelow(xml::Node& node, const std::vector<std::string_view>& paths)
-{
-    node.text.clear();
-    std::erase_if(node.children, [&paths](xml::Node& child) { return child.matchOnly || !keepPart(child, paths); });
+    const std::size_t slash = path.find('/');
+    const std::string_view step = path.substr(0, slash);
+    path = slash == std::string_view::npos ? std::string_view() : path.substr(slash + 1);
+    return step;
 }
 
 }  // namespace
@@ -49,35 +31,65 @@ Selection::Selection(std::string_view text, std::string_view objectName)
             path.remove_prefix(objectName.size() + 1);
         }
         if (path.empty()) throw Refusal(exceptionid::kBadScript, "the select list holds an empty path");
-        if (paths_.size() == kMaxPaths) throw Refusal(exceptionid::kLimitExceeded, "the select list is too long");
-        whole_ = whole_ || path == "*" || path == objectName;
-        paths_.emplace_back(path);
+        if (paths_ == kMaxPaths) throw Refusal(exceptionid::kLimitExceeded, "the select list is too long");
+        root_.whole = root_.whole || path == "*" || path == objectName;
+        add(path);
     }
 }
 
 Selection Selection::whole()
 {
     Selection selection;
-    selection.whole_ = true;
+    selection.root_.whole = true;
     return selection;
 }
 
-void Selection::add(std::string path)
+void Selection::add(std::string_view path)
 {
-    paths_.push_back(std::move(path));
+    ++paths_;
+    Branch* branch = &root_;
+    bool more = true;
+    for (int steps = 0; more && steps < kMaxSteps; ++steps) {
+        more = path.find('/') != std::string_view::npos;
+        branch = &branch->childFor(stepOf(path));
+    }
+    branch->whole = branch->whole || !more;
 }
 
 bool Selection::touches(std::string_view path) const
 {
-    return whole_ || std::any_of(paths_.begin(), paths_.end(), [path](const std::string& wanted) {
-               return liesWithin(wanted, path) || liesWithin(path, wanted);
-           });
+    const Branch* branch = &root_;
+    while (branch != nullptr && !branch->whole && !path.empty()) branch = branch->child(stepOf(path));
+    return branch != nullptr;
 }
 
 void Selection::prune(xml::Node& object) const
 {
-    if (whole_) return;
-    pruneBelow(object, {paths_.begin(), paths_.end()});
+    if (!root_.whole) root_.prune(object);
+}
+
+const Selection::Branch* Selection::Branch::child(std::string_view childName) const
+{
+    const auto found = std::ranges::find(children, childName, &Branch::name);
+    return found == children.end() ? nullptr : &*found;
+}
+
+Selection::Branch& Selection::Branch::childFor(std::string_view childName)
+{
+    const auto found = std::ranges::find(children, childName, &Branch::name);
+    return found == children.end() ? children.emplace_back(Branch{std::string(childName), false, {}}) : *found;
+}
+
+void Selection::Branch::prune(xml::Node& node) const
+{
+    node.text.clear();
+    std::erase_if(node.children, [this](xml::Node& held) {
+        const Branch* const branch = held.matchOnly ? nullptr : child(held.name);
+        if (branch == nullptr) return true;
+        if (branch->whole) return false;
+        branch->prune(held);
+        return held.children.empty();
+    });
 }
 
 }  // namespace service::script

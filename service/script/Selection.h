@@ -22,13 +22,24 @@ public:
     // Takes out what was not asked for.
     void prune(xml::Node& object) const;
 
-    void add(std::string path);
+    void add(std::string_view path);
 
 private:
     Selection() = default;
 
-    std::vector<std::string> paths_;
-    bool whole_ = false;
+    // An element that is asked for as a whole, or for what stands in it.
+    struct Branch {
+        const Branch* child(std::string_view childName) const;
+        Branch& childFor(std::string_view childName);
+        void prune(xml::Node& node) const;
+
+        std::string name;
+        bool whole = false;
+        std::vector<Branch> children;
+    };
+
+    std::size_t paths_ = 0;
+    Branch root_;
 };
 
 }  // namespace service::script

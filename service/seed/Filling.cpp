@@ -143,7 +143,8 @@ void Filling::user(const Json& json) const
     const std::string token = object.text("token", {});
     inserted(object.name(), [&] {
         // Who has no token cannot sign in with one: the hash is that of a secret that nobody knows.
-        store::insertUser(database_, user, {hashSecret(password), hashSecret(token.empty() ? newCredential() : token)});
+        store::insertUser(database_, user,
+                          {hashes_.of(password), token.empty() ? hashSecret(newCredential()) : hashes_.of(token)});
         for (const Json& each : object.list("providers")) {
             JsonObject provider(each, object.name() + ", a provider");
             const std::string id = provider.text("id");

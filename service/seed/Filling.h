@@ -4,6 +4,7 @@
 
 #include "service/Context.h"
 #include "service/base/Json.h"
+#include "service/seed/Seed.h"
 
 namespace service::seed {
 
@@ -11,7 +12,10 @@ namespace service::seed {
 // same rules as by a request.
 class Filling {
 public:
-    Filling(store::Database& database, const Settings& settings) : database_(database), settings_(settings) {}
+    Filling(store::Database& database, const Settings& settings, SecretHashes& hashes)
+        : database_(database), settings_(settings), hashes_(hashes)
+    {
+    }
 
     void organisation(const Json& json) const;
     void user(const Json& json) const;
@@ -26,6 +30,7 @@ private:
 
     store::Database& database_;
     const Settings& settings_;
+    SecretHashes& hashes_;
 };
 
 }  // namespace service::seed

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -10,6 +11,11 @@
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include "service/store/LockHolder.h"
+#include "service/store/MemoryFiles.h"
+#include "service/store/Transaction.h"
+#include "service/work/Allowance.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -25,6 +31,10 @@ struct CloseStatement {
 using StatementHandle = std::unique_ptr<sqlite3_stmt, CloseStatement>;
 
 class Database;
+
+// Something was to be changed through a connection that only reads: it has to be done by the one that writes. It is no
+// std::exception, so that nobody takes it for a failure of the request.
+class OnlyReads {};
 
 // Bytes that are no text.
 struct Bytes {
@@ -47,7 +57,8 @@ public:
     Rows& operator=(const Rows&) = delete;
 
     bool next();
-    std::string text(int column) const;
+    std::string text(int column) const { return std::string(view(column)); }
+    std::string_view view(int column) const;  // until the next row
     long long number(int column) const;
 
 private:
@@ -66,7 +77,7 @@ private:
     void bindNumber(long long value);
 
     Database& database_;
-    std::string_view sql_;
+    std::vector<StatementHandle>& idle_;
     StatementHandle statement_;
     int bound_ = 0;
 };
@@ -74,11 +85,18 @@ private:
 // The path of a data file that is no file: the state lives as long as the service.
 inline constexpr const char* kInMemory = ":memory:";
 
-// The data file. Every statement is prepared once; the SQL texts are constants, which outlive it.
+// A connection to the data file, used by one thread at a time. Every statement is prepared once; the SQL texts are
+// constants, which outlive it.
 class Database {
+    struct OnlyReading {};
+
 public:
     // Opens or creates the file and brings its schema up to date; throws std::runtime_error where it cannot be used.
     explicit Database(const std::string& path);
+
+    // Another connection to the same data file, which reads while this one writes. It has to go before this one does.
+    std::unique_ptr<Database> reader() const;
+    Database(const Database& writer, OnlyReading tag);
 
     template <class... Values>
     Rows select(std::string_view sql, const Values&... values)
@@ -110,47 +128,42 @@ public:
     // Several statements without values.
     void script(const char* sql);
 
+    // What the work on this connection may take from now on; none where it may take what it needs.
+    void setAllowance(work::Allowance* allowance) { allowance_ = allowance; }
+    work::Allowance* allowance() const { return allowance_; }
+
+    // A step of work that reads no row.
+    void spend()
+    {
+        if (allowance_ != nullptr) allowance_->spend();
+    }
+
+    // The log's pages that wait to be written to the file itself, which is up to settle(): it may take a while, and any
+    // connection can do it while others go on.
+    std::size_t unsettledPages() const { return unsettledPages_; }
+    void settle();
+
 private:
     friend class Rows;
+
     void open(const std::string& path);
+    void connect();
     std::string holderText(const std::string& path) const;
     int changes() const;
-    StatementHandle take(std::string_view sql);
-    void giveBack(std::string_view sql, StatementHandle statement);
+    [[noreturn]] void fail() const;
+    std::vector<StatementHandle>& idleOf(std::string_view sql) { return idle_[sql.data()]; }
+    StatementHandle take(std::string_view sql, std::vector<StatementHandle>& idle);
 
+    LockNote note_;
+    std::unique_ptr<MemoryFiles> memory_;
+    std::string file_;
+    const char* system_ = nullptr;  // of files; none is the usual one
     std::unique_ptr<sqlite3, CloseDatabase> handle_;
     std::set<std::string> kept_;
-    std::map<std::string_view, std::vector<StatementHandle>> idle_;
-};
-
-// Everything that one request changes becomes durable together, or not at all.
-class Transaction {
-public:
-    explicit Transaction(Database& database);
-    ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-
-    void commit();
-
-private:
-    Database& database_;
-    bool open_ = true;
-};
-
-// A part of a transaction that can be undone alone.
-class Savepoint {
-public:
-    explicit Savepoint(Database& database);
-    ~Savepoint();
-    Savepoint(const Savepoint&) = delete;
-    Savepoint& operator=(const Savepoint&) = delete;
-
-    void keep();
-
-private:
-    Database& database_;
-    bool open_ = true;
+    std::map<const char*, std::vector<StatementHandle>> idle_;  // by where the text stands
+    work::Allowance* allowance_ = nullptr;
+    bool onlyReads_ = false;
+    std::size_t unsettledPages_ = 0;
 };
 
 }  // namespace service::store

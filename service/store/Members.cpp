@@ -1,8 +1,27 @@
 #include "service/store/Members.h"
 
+#include <algorithm>
+
 #include "service/store/Database.h"
 
 namespace service::store {
+
+namespace {
+
+constexpr std::string_view kMembersOfOne =
+    "SELECT m.workspace_id, u.user_id, u.user_name, u.email, coalesce(r.role_id, '') FROM member m"
+    " JOIN user u ON u.user_id = m.user_id"
+    " LEFT JOIN member_role r ON r.workspace_id = m.workspace_id AND r.user_id = m.user_id"
+    " WHERE m.workspace_id = ? ORDER BY m.joined, m.rowid, r.role_id";
+
+constexpr std::string_view kMembersOfAll =
+    "SELECT m.workspace_id, u.user_id, u.user_name, u.email, coalesce(r.role_id, '') FROM member m"
+    " JOIN user u ON u.user_id = m.user_id"
+    " LEFT JOIN member_role r ON r.workspace_id = m.workspace_id AND r.user_id = m.user_id"
+    " WHERE m.workspace_id IN (SELECT workspace_id FROM member WHERE user_id = ?)"
+    " ORDER BY m.workspace_id, m.joined, m.rowid, r.role_id";
+
+}  // namespace
 
 void insertMember(Database& database, const std::string& workspaceID, const std::string& userID, long long joined)
 {
@@ -26,13 +45,22 @@ bool isMember(Database& database, const std::string& workspaceID, const std::str
 
 std::vector<Member> membersOf(Database& database, const std::string& workspaceID)
 {
-    Rows rows = database.select(
-        "SELECT user_id, user_name, email FROM member JOIN user USING (user_id)"
-        " WHERE workspace_id = ? ORDER BY joined, member.rowid",
-        workspaceID);
-    std::vector<Member> members;
-    while (rows.next()) members.push_back({rows.text(0), rows.text(1), rows.text(2)});
-    return members;
+    ByWorkspace<Member> all = membersOf(database, Which::one(workspaceID));
+    return all.empty() ? std::vector<Member>() : std::move(all.begin()->second);
+}
+
+ByWorkspace<Member> membersOf(Database& database, const Which& which)
+{
+    Rows rows = database.select(which.sql(kMembersOfOne, kMembersOfAll), which.id());
+    ByWorkspace<Member> all;
+    while (rows.next()) {
+        std::vector<Member>& members = all[rows.text(0)];
+        if (members.empty() || members.back().userID != rows.view(1)) {
+            members.push_back({rows.text(1), rows.text(2), rows.text(3), {}});
+        }
+        if (!rows.view(4).empty()) members.back().roleIDs.push_back(rows.text(4));
+    }
+    return all;
 }
 
 void addRole(Database& database, const std::string& workspaceID, const std::string& userID, const std::string& roleID)
@@ -57,22 +85,24 @@ std::vector<std::string> rolesOf(Database& database, const std::string& workspac
     return roles;
 }
 
+// Sorted here, for to have it sorted there takes as long as to read it.
 std::vector<Membership> membershipsOf(Database& database, const std::string& userID)
 {
     Rows rows = database.select(
-        "SELECT w.workspace_id, w.name, coalesce(r.role_id, '') FROM member m"
-        " JOIN workspace w ON w.workspace_id = m.workspace_id"
+        "SELECT w.workspace_id, w.name, coalesce(r.role_id, ''), w.number FROM member m"
+        " CROSS JOIN workspace w ON w.workspace_id = m.workspace_id"
         " LEFT JOIN member_role r ON r.workspace_id = m.workspace_id AND r.user_id = m.user_id"
-        " WHERE m.user_id = ? ORDER BY w.number, r.role_id",
+        " WHERE m.user_id = ?",
         userID);
     std::vector<Membership> memberships;
     while (rows.next()) {
-        std::string workspaceID = rows.text(0);
-        if (memberships.empty() || memberships.back().workspaceID != workspaceID) {
-            memberships.push_back({std::move(workspaceID), rows.text(1), {}});
+        if (memberships.empty() || memberships.back().workspaceID != rows.view(0)) {
+            memberships.push_back({rows.text(0), rows.text(1), {}, rows.number(3)});
         }
-        if (std::string role = rows.text(2); !role.empty()) memberships.back().roleIDs.push_back(std::move(role));
+        if (!rows.view(2).empty()) memberships.back().roleIDs.push_back(rows.text(2));
     }
+    for (Membership& each : memberships) std::ranges::sort(each.roleIDs);
+    std::ranges::sort(memberships, {}, &Membership::number);
     return memberships;
 }
 

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "service/store/Which.h"
+
 namespace service::store {
 
 class Database;
@@ -11,12 +13,14 @@ struct Member {
     std::string userID;
     std::string userName;
     std::string email;
+    std::vector<std::string> roleIDs;
 };
 
 struct Membership {
     std::string workspaceID;
     std::string workspaceName;
     std::vector<std::string> roleIDs;
+    long long number = 0;  // of the workspace: the older, the smaller
 };
 
 // The events that are there already are none of the new member's.
@@ -26,6 +30,7 @@ void insertMember(Database& database, const std::string& workspaceID, const std:
 bool deleteMember(Database& database, const std::string& workspaceID, const std::string& userID);
 bool isMember(Database& database, const std::string& workspaceID, const std::string& userID);
 std::vector<Member> membersOf(Database& database, const std::string& workspaceID);
+ByWorkspace<Member> membersOf(Database& database, const Which& which);
 
 void addRole(Database& database, const std::string& workspaceID, const std::string& userID, const std::string& roleID);
 void clearRoles(Database& database, const std::string& workspaceID, const std::string& userID);

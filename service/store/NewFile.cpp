@@ -10,14 +10,15 @@ namespace service::store {
 NewFile::NewFile(std::string path) : path_(std::move(path))
 {
     std::error_code ignored;
-    existed_ = path_ == kInMemory || std::filesystem::exists(path_, ignored);
+    existed_ = path_ == kInMemory || std::filesystem::exists(std::filesystem::u8path(path_), ignored);
 }
 
 NewFile::~NewFile()
 {
     if (!ours_) return;
     std::error_code ignored;
-    for (const char* const tail : {"-wal", "-shm", "-journal", ""}) std::filesystem::remove(path_ + tail, ignored);
+    for (const char* const tail : {"-wal", "-shm", "-journal", ""})
+        std::filesystem::remove(std::filesystem::u8path(path_ + tail), ignored);
 }
 
 }  // namespace service::store

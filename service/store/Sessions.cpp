@@ -23,7 +23,7 @@ std::optional<Session> findSession(Database& database, const std::string& cred)
 
 void touchSession(Database& database, const std::string& cred, long long expires)
 {
-    database.run("UPDATE session SET expires = ? WHERE cred = ?", expires, cred);
+    database.run("UPDATE session SET expires = max(expires, ?) WHERE cred = ?", expires, cred);
 }
 
 void deleteSession(Database& database, const std::string& cred)

@@ -32,12 +32,13 @@ Kind kindOf(std::string_view type)
     return type == "BLOB" ? Kind::bytes : Kind::text;
 }
 
+// All but the journal: what was asked is not undone by a state that is put in place.
 std::vector<Table> tablesOf(Database& database)
 {
     std::vector<Table> tables;
     Rows names = database.select(
         "SELECT s.name, l.wr FROM sqlite_schema s JOIN pragma_table_list l ON l.schema = 'main' AND l.name = s.name"
-        " WHERE s.type = 'table' ORDER BY s.rowid");
+        " WHERE s.type = 'table' AND s.name <> 'exchange' ORDER BY s.rowid");
     while (names.next()) {
         Table table{names.text(0), names.number(1) == 0, {}};
         Rows columns = database.select("SELECT name, type FROM pragma_table_info(?) ORDER BY cid", table.name);

@@ -30,6 +30,21 @@ std::vector<Tab> tabsOf(Database& database, const std::string& workspaceID)
     return allTabs(rows);
 }
 
+ByWorkspace<Tab> tabsOf(Database& database, const Which& which)
+{
+    Rows rows = database.select(
+        which.sql("SELECT tab_id, workspace_id, name, type, tab_order FROM tab WHERE workspace_id = ?"
+                  " ORDER BY tab_order, rowid",
+                  "SELECT tab_id, workspace_id, name, type, tab_order FROM member JOIN tab USING (workspace_id)"
+                  " WHERE user_id = ? ORDER BY workspace_id, tab_order, tab.rowid"),
+        which.id());
+    ByWorkspace<Tab> all;
+    while (rows.next()) {
+        all[rows.text(1)].push_back({rows.text(0), rows.text(1), rows.text(2), rows.number(3), rows.number(4)});
+    }
+    return all;
+}
+
 std::vector<Tab> tabsNamed(Database& database, const std::string& tabID)
 {
     Rows rows = database.select("SELECT tab_id, workspace_id, name, type, tab_order FROM tab WHERE tab_id = ?", tabID);

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "service/store/Which.h"
+
 namespace service::store {
 
 class Database;
@@ -20,6 +22,7 @@ void insertTab(Database& database, const Tab& tab);
 
 // In the order in which they are shown.
 std::vector<Tab> tabsOf(Database& database, const std::string& workspaceID);
+ByWorkspace<Tab> tabsOf(Database& database, const Which& which);
 
 // Every workspace has its own fixed tabs under the same names, so one name can stand for several tabs.
 std::vector<Tab> tabsNamed(Database& database, const std::string& tabID);

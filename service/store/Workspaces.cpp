@@ -6,31 +6,46 @@ namespace service::store {
 
 namespace {
 
-// The columns are those of workspaceOf; what follows says which workspaces.
-constexpr const char* kRecords =
-    "SELECT w.workspace_id, w.name, w.type, w.is_template, w.owner_id, u.user_name, w.org_id, o.namespace_id,"
-    " o.namespace_name, w.group_id, w.description_icon, w.created, w.modified, coalesce(i.icon_name, '')"
-    " FROM workspace w JOIN user u ON u.user_id = w.owner_id JOIN org o ON o.org_id = w.org_id"
-    " LEFT JOIN workspace_icon i ON i.workspace_id = w.workspace_id";
+// The columns are those of read(); what stands between the two says where the workspaces come from.
+constexpr const char* kColumns =
+    "SELECT w.workspace_id, w.name, w.type, w.is_template, w.owner_id, w.org_id, w.group_id, w.description_icon,"
+    " w.created, w.modified, coalesce(i.icon_name, ''), w.number FROM ";
+constexpr const char* kIcon = " LEFT JOIN workspace_icon i ON i.workspace_id = w.workspace_id";
 
-Workspace workspaceOf(const Rows& rows)
+void readOwner(Database& database, Workspace& workspace)
 {
-    Workspace workspace;
-    workspace.workspaceID = rows.text(0);
-    workspace.name = rows.text(1);
+    workspace.ownerName =
+        database.value("SELECT user_name FROM user WHERE user_id = ?", workspace.ownerID).value_or(std::string());
+}
+
+void readOrganisation(Database& database, Workspace& workspace)
+{
+    Rows rows = database.select("SELECT namespace_id, namespace_name FROM org WHERE org_id = ?", workspace.orgID);
+    if (!rows.next()) return;
+    workspace.namespaceID = rows.view(0);
+    workspace.namespaceName = rows.view(1);
+}
+
+// What was read before keeps its place in memory, and is not asked for again where it is the same: most of a user's
+// workspaces are of one owner and one organisation.
+void read(Database& database, const Rows& rows, Workspace& workspace)
+{
+    const bool sameOwner = workspace.ownerID == rows.view(4);
+    const bool sameOrganisation = workspace.orgID == rows.view(5);
+    workspace.workspaceID = rows.view(0);
+    workspace.name = rows.view(1);
     workspace.type = rows.number(2);
     workspace.isTemplate = rows.number(3) != 0;
-    workspace.ownerID = rows.text(4);
-    workspace.ownerName = rows.text(5);
-    workspace.orgID = rows.text(6);
-    workspace.namespaceID = rows.text(7);
-    workspace.namespaceName = rows.text(8);
-    workspace.groupID = rows.text(9);
-    workspace.descriptionIcon = rows.text(10);
-    workspace.created = rows.number(11);
-    workspace.modified = rows.number(12);
-    workspace.iconName = rows.text(13);
-    return workspace;
+    workspace.ownerID = rows.view(4);
+    workspace.orgID = rows.view(5);
+    workspace.groupID = rows.view(6);
+    workspace.descriptionIcon = rows.view(7);
+    workspace.created = rows.number(8);
+    workspace.modified = rows.number(9);
+    workspace.iconName = rows.view(10);
+    workspace.number = rows.number(11);
+    if (!sameOwner) readOwner(database, workspace);
+    if (!sameOrganisation) readOrganisation(database, workspace);
 }
 
 }  // namespace
@@ -46,21 +61,26 @@ void insertWorkspace(Database& database, const Workspace& workspace)
 
 std::optional<Workspace> findWorkspace(Database& database, const std::string& workspaceID)
 {
-    static const std::string sql = std::string(kRecords) + " WHERE w.workspace_id = ?";
+    static const std::string sql = std::string(kColumns) + "workspace w" + kIcon + " WHERE w.workspace_id = ?";
     Rows rows = database.select(sql, workspaceID);
     if (!rows.next()) return std::nullopt;
-    return workspaceOf(rows);
+    Workspace workspace;
+    read(database, rows, workspace);
+    return workspace;
 }
 
-std::vector<Workspace> workspacesOfMember(Database& database, const std::string& userID)
+void visitWorkspacesOfMember(Database& database, const std::string& userID,
+                             const std::function<void(const Workspace& workspace)>& visit)
 {
-    static const std::string sql =
-        std::string(kRecords) +
-        " WHERE w.workspace_id IN (SELECT workspace_id FROM member WHERE user_id = ?) ORDER BY w.number";
+    static const std::string sql = std::string(kColumns) +
+                                   "member m CROSS JOIN workspace w ON w.workspace_id = m.workspace_id" + kIcon +
+                                   " WHERE m.user_id = ?";
     Rows rows = database.select(sql, userID);
-    std::vector<Workspace> workspaces;
-    while (rows.next()) workspaces.push_back(workspaceOf(rows));
-    return workspaces;
+    Workspace workspace;
+    while (rows.next()) {
+        read(database, rows, workspace);
+        visit(workspace);
+    }
 }
 
 void renameWorkspace(Database& database, const std::string& workspaceID, const std::string& name)
@@ -87,6 +107,18 @@ std::vector<std::string> descriptionOf(Database& database, const std::string& wo
     return texts;
 }
 
+ByWorkspace<std::string> descriptionsOf(Database& database, const Which& which)
+{
+    Rows rows = database.select(
+        which.sql("SELECT workspace_id, text FROM workspace_text WHERE workspace_id = ? ORDER BY position",
+                  "SELECT workspace_id, text FROM member JOIN workspace_text USING (workspace_id) WHERE user_id = ?"
+                  " ORDER BY workspace_id, position"),
+        which.id());
+    ByWorkspace<std::string> all;
+    while (rows.next()) all[rows.text(0)].push_back(rows.text(1));
+    return all;
+}
+
 void setDescription(Database& database, const std::string& workspaceID, const std::vector<std::string>& texts)
 {
     database.run("DELETE FROM workspace_text WHERE workspace_id = ?", workspaceID);
@@ -103,13 +135,16 @@ void insertChatRoom(Database& database, const ChatRoom& room)
                  room.name);
 }
 
-std::vector<ChatRoom> chatRoomsOf(Database& database, const std::string& workspaceID)
+ByWorkspace<ChatRoom> chatRoomsOf(Database& database, const Which& which)
 {
     Rows rows = database.select(
-        "SELECT room_id, workspace_id, name FROM chat_room WHERE workspace_id = ? ORDER BY rowid", workspaceID);
-    std::vector<ChatRoom> rooms;
-    while (rows.next()) rooms.push_back({rows.text(0), rows.text(1), rows.text(2)});
-    return rooms;
+        which.sql("SELECT room_id, workspace_id, name FROM chat_room WHERE workspace_id = ? ORDER BY rowid",
+                  "SELECT room_id, workspace_id, name FROM member JOIN chat_room USING (workspace_id)"
+                  " WHERE user_id = ? ORDER BY chat_room.rowid"),
+        which.id());
+    ByWorkspace<ChatRoom> all;
+    while (rows.next()) all[rows.text(1)].push_back({rows.text(0), rows.text(1), rows.text(2)});
+    return all;
 }
 
 }  // namespace service::store

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "service/store/Which.h"
 
 namespace service::store {
 
 class Database;
 
 struct Workspace {
+    long long number = 0;  // the older, the smaller
     std::string workspaceID;
     std::string name;
     long long type = 0;
@@ -35,16 +39,18 @@ struct ChatRoom {
 void insertWorkspace(Database& database, const Workspace& workspace);
 std::optional<Workspace> findWorkspace(Database& database, const std::string& workspaceID);
 
-// All workspaces that the user is a member of, the oldest first.
-std::vector<Workspace> workspacesOfMember(Database& database, const std::string& userID);
+// Calls it for each workspace that the user is a member of, in no order. It is the same object each time.
+void visitWorkspacesOfMember(Database& database, const std::string& userID,
+                             const std::function<void(const Workspace& workspace)>& visit);
 void renameWorkspace(Database& database, const std::string& workspaceID, const std::string& name);
 void touchWorkspace(Database& database, const std::string& workspaceID, long long modified);
 void deleteWorkspace(Database& database, const std::string& workspaceID);
 
 std::vector<std::string> descriptionOf(Database& database, const std::string& workspaceID);
+ByWorkspace<std::string> descriptionsOf(Database& database, const Which& which);
 void setDescription(Database& database, const std::string& workspaceID, const std::vector<std::string>& texts);
 
 void insertChatRoom(Database& database, const ChatRoom& room);
-std::vector<ChatRoom> chatRoomsOf(Database& database, const std::string& workspaceID);
+ByWorkspace<ChatRoom> chatRoomsOf(Database& database, const Which& which);
 
 }  // namespace service::store

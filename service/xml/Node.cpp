@@ -29,10 +29,7 @@ bool walk(const Node& node, std::string_view path, const Visit& visit)
 
 Node& Node::add(std::string_view childName, std::string_view childText)
 {
-    Node& child = children.emplace_back();
-    child.name = childName;
-    child.text = childText;
-    return child;
+    return children.emplace_back(childName, childText);
 }
 
 void Node::addAlias(std::string_view childName, std::string_view childText)

@@ -10,7 +10,10 @@ namespace service::xml {
 // One element of a request or of a reply: its name, its own character data, and what stands in it.
 struct Node {
     Node() = default;
-    explicit Node(std::string_view elementName) : name(elementName) {}
+    explicit Node(std::string_view elementName, std::string_view elementText = {})
+        : name(elementName), text(elementText)
+    {
+    }
 
     std::string name;
     std::string text;

@@ -3,12 +3,17 @@
 #include <expat.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <exception>
+#include <map>
 #include <memory>
+#include <mutex>
+#include <thread>
 
 #include "service/base/Percent.h"
 #include "service/base/Refusal.h"
+#include "service/base/Secret.h"
 #include "service/base/Text.h"
 
 namespace service::xml {
@@ -22,6 +27,13 @@ constexpr std::size_t kMaxDepth = 100;  // what follows the tree calls itself fo
     throw Refusal(exceptionid::kBadXml, "the XML is not well-formed: " + what);
 }
 
+// So that nobody outside can choose names that fall together in expat's tables. It takes none that is 0.
+unsigned long salt()
+{
+    static const unsigned long kSalt = static_cast<unsigned long>(randomNumber()) | 1U;
+    return kSalt;
+}
+
 std::string decoded(std::string text, Texts texts)
 {
     if (texts == Texts::plain || text.empty()) return text;
@@ -31,17 +43,63 @@ std::string decoded(std::string text, Texts texts)
     return std::move(*plain);
 }
 
+// One for each thread that asks. What a thread has of its own is gone, with some compilers, before its destructor runs.
+template <class T>
+T& ownOfThread()
+{
+    static std::mutex mutex;
+    static std::map<std::thread::id, T> all;
+    const std::scoped_lock lock(mutex);
+    return all[std::this_thread::get_id()];
+}
+
 struct FreeParser {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+
+// Kept from one document to the next, each thread's own: to make a parser and to ask the system for a random number
+// takes longer than to read a request. What a large document made it take goes with it.
+class KeptParser {
+public:
+    explicit KeptParser(std::size_t size) : isKept_(size <= kMostKept)
+    {
+        parser_ = isKept_ && kept() ? std::move(kept()) : std::unique_ptr<XML_ParserStruct, FreeParser>(newParser());
+    }
+    ~KeptParser()
+    {
+        if (isKept_ && XML_ParserReset(parser_.get(), "UTF-8") == XML_TRUE) kept() = std::move(parser_);
+    }
+    KeptParser(const KeptParser&) = delete;
+    KeptParser& operator=(const KeptParser&) = delete;
+
+    XML_Parser get() const { return parser_.get(); }
+
+private:
+    static constexpr std::size_t kMostKept = std::size_t{64} * 1024;
+
+    static std::unique_ptr<XML_ParserStruct, FreeParser>& kept()
+    {
+        return ownOfThread<std::unique_ptr<XML_ParserStruct, FreeParser>>();
+    }
+
+    static XML_Parser newParser()
+    {
+        XML_ParserStruct* const parser = XML_ParserCreate("UTF-8");
+        if (parser == nullptr) throw std::bad_alloc();
+        return parser;
+    }
+
+    bool isKept_;
+    std::unique_ptr<XML_ParserStruct, FreeParser> parser_;
 };
 
 // Makes the tree of what expat tells of a document. Nothing is thrown through expat: a handler that cannot go on ends
 // the parse, and its reason comes out of run().
 class Builder {
 public:
-    explicit Builder(Texts texts) : texts_(texts), parser_(XML_ParserCreate("UTF-8"))
+    Builder(Texts texts, std::size_t size) : texts_(texts), parser_(size)
     {
-        if (!parser_) throw std::bad_alloc();
+        XML_SetHashSalt(parser_.get(), salt());
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), onStart, onEnd);
         XML_SetCharacterDataHandler(parser_.get(), onText);
@@ -113,27 +171,70 @@ private:
     }
 
     Texts texts_;
-    std::unique_ptr<XML_ParserStruct, FreeParser> parser_;
+    KeptParser parser_;
     std::exception_ptr failure_;
     Node outer_;                        // holds the document's element
     std::vector<Node*> open_{&outer_};  // each is the last child of the one before, so that none moves while it is open
 };
 
+// The last few small documents that a thread has read: hosts send the same scripts again and again.
+class LastRead {
+public:
+    static constexpr std::size_t kLargest = 4096;
+
+    const Node* find(std::string_view text, Texts texts) const
+    {
+        for (const Document& each : documents_) {
+            if (each.text == text && each.texts == texts) return &each.node;
+        }
+        return nullptr;
+    }
+
+    const Node& keep(std::string_view text, Texts texts, Node node)
+    {
+        Document& place = documents_.at(next_++ % documents_.size());
+        place = {std::string(text), texts, std::move(node)};
+        return place.node;
+    }
+
+private:
+    struct Document {
+        std::string text;
+        Texts texts = Texts::plain;
+        Node node;
+    };
+    std::array<Document, 8> documents_;
+    std::size_t next_ = 0;
+};
+
+enum class In : unsigned char { none, rest, start };  // where in a plain name a byte may stand
+
+constexpr std::array<In, 256> placesInName()
+{
+    std::array<In, 256> places{};
+    for (const char c : std::string_view("0123456789-.")) places[static_cast<unsigned char>(c)] = In::rest;
+    for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_:")) {
+        places[static_cast<unsigned char>(c)] = In::start;
+    }
+    return places;
+}
+
 bool isPlainName(std::string_view text)
 {
-    const auto isStart = [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':';
-    };
-    return !text.empty() && isStart(text.front()) && std::ranges::all_of(text, [&](char c) {
-        return isStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
-    });
+    static constexpr std::array<In, 256> kPlaces = placesInName();
+    const auto place = [](char c) { return kPlaces[static_cast<unsigned char>(c)]; };
+    return !text.empty() && place(text.front()) == In::start &&
+           std::ranges::all_of(text, [&](char c) { return place(c) != In::none; });
 }
 
 }  // namespace
 
 Node read(std::string_view text, Texts texts)
 {
-    return Builder(texts).run(text);
+    if (text.empty() || text.size() > LastRead::kLargest) return Builder(texts, text.size()).run(text);
+    auto& last = ownOfThread<LastRead>();
+    if (const Node* const known = last.find(text, texts)) return *known;
+    return last.keep(text, texts, Builder(texts, text.size()).run(text));
 }
 
 bool isName(std::string_view text)

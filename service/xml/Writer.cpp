@@ -1,5 +1,7 @@
 #include "service/xml/Writer.h"
 
+#include <algorithm>
+#include <array>
 #include <stdexcept>
 
 #include "service/base/Text.h"
@@ -9,7 +11,7 @@ namespace service::xml {
 
 namespace {
 
-constexpr std::uint32_t kReplacement = 0xFFFD;
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
 std::string_view escapeOf(char c)
 {
@@ -22,54 +24,100 @@ std::string_view escapeOf(char c)
     }
 }
 
+// Which bytes go out as they are: a character each.
+constexpr std::array<bool, 256> plainBytes()
+{
+    std::array<bool, 256> plain{};
+    for (std::size_t byte = 0x20; byte < 0x80; ++byte) plain[byte] = true;
+    for (const char c : {'\t', '\n'}) plain[static_cast<unsigned char>(c)] = true;
+    for (const char c : {'&', '<', '>'}) plain[static_cast<unsigned char>(c)] = false;
+    return plain;
+}
+constexpr std::array<bool, 256> kPlain = plainBytes();
+
 bool isPlain(char c)
 {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < 0x80U && escapeOf(c).empty() && isXmlCharacter(byte);
+    return kPlain[static_cast<unsigned char>(c)];
 }
 
 // Whatever is not plain ASCII: an escape, a longer sequence or something that cannot go out. Returns the bytes read.
-std::size_t appendSpecial(std::string& out, std::string_view text)
+template <class Out>
+std::size_t putSpecial(Out& out, std::string_view text)
 {
     if (const std::string_view escape = escapeOf(text[0]); !escape.empty()) {
-        out += escape;
+        out.put(escape);
         return 1;
     }
     std::uint32_t character = 0;
     const std::size_t length = sequenceLength(text, character);
-    if (length != 0 && isXmlCharacter(character)) {
-        out += text.substr(0, length);
-        return length;
-    }
-    appendUtf8(out, kReplacement);
-    return length == 0 ? 1 : length;
+    const bool canGoOut = length != 0 && isXmlCharacter(character);
+    out.put(canGoOut ? text.substr(0, length) : kReplacement);
+    return std::max<std::size_t>(length, 1);
 }
 
-}  // namespace
-
-void appendEscaped(std::string& out, std::string_view text)
+template <class Out>
+void putEscaped(Out& out, std::string_view text)
 {
     while (!text.empty()) {
         std::size_t plain = 0;
         while (plain < text.size() && isPlain(text[plain])) ++plain;
-        out += text.substr(0, plain);
+        out.put(text.substr(0, plain));
         text.remove_prefix(plain);
-        if (!text.empty()) text.remove_prefix(appendSpecial(out, text));
+        if (!text.empty()) text.remove_prefix(putSpecial(out, text));
     }
 }
 
-void append(std::string& out, const Node& node)
+template <class Out>
+void putNode(Out& out, const Node& node)
 {
     if (node.matchOnly) return;
-    if (!isName(node.name)) throw std::logic_error("no element can be called " + quoted(node.name));
-    out += '<';
-    out += node.name;
-    out += '>';
-    appendEscaped(out, node.text);
-    for (const Node& child : node.children) append(out, child);
-    out += "</";
-    out += node.name;
-    out += '>';
+    out.put("<");
+    out.putName(node.name);
+    out.put(">");
+    putEscaped(out, node.text);
+    for (const Node& child : node.children) putNode(out, child);
+    out.put("</");
+    out.put(node.name);
+    out.put(">");
+}
+
+// How long it becomes.
+class Measure {
+public:
+    void put(std::string_view piece) { size_ += piece.size(); }
+    void putName(std::string_view name)
+    {
+        if (!isName(name)) throw std::logic_error("no element can be called " + inQuotes(name));
+        put(name);
+    }
+    std::size_t size() const { return size_; }
+
+private:
+    std::size_t size_ = 0;
+};
+
+// Into room that is there.
+class Fill {
+public:
+    explicit Fill(char* to) : to_(to) {}
+    void put(std::string_view piece) { to_ = std::copy(piece.begin(), piece.end(), to_); }
+    void putName(std::string_view name) { put(name); }
+
+private:
+    char* to_;
+};
+
+}  // namespace
+
+void append(std::string& out, const Node& node, std::string_view behind)
+{
+    Measure measure;
+    putNode(measure, node);
+    const std::size_t at = out.size();
+    out.resize(at + measure.size() + behind.size());
+    Fill fill(out.data() + at);
+    putNode(fill, node);
+    fill.put(behind);
 }
 
 }  // namespace service::xml

@@ -67,6 +67,7 @@ SystemUse settledUse()
 
 void expectFlat(void (*cycle)(), int times, std::size_t keptHandles)
 {
+    keepSystemHttp();
     for (int time = 0; time < kWarmUp; ++time) cycle();
     const SystemUse before = settledUse();
     for (int time = 0; time < times && !testing::Test::HasFailure(); ++time) cycle();

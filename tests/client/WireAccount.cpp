@@ -1,7 +1,6 @@
 #include <sstream>
 
 #include "tests/client/WireOperations.h"
-#include "tests/support/AccountRecordText.h"
 
 namespace {
 
@@ -29,7 +28,7 @@ CZelPolicy policyBefore(WireCall& call)
 {
     CZelPolicy policy;
     const int before = call.number("flags before");
-    visitMembers(policy, [before](const char*, int& flag) { flag = before; });
+    pvrecords::eachMember<CZelPolicy>([&](const auto& flag) { flag.set(policy, before); });
     return policy;
 }
 

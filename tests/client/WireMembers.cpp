@@ -1,5 +1,4 @@
 #include "tests/client/WireOperations.h"
-#include "tests/support/AccessRecordText.h"
 
 namespace {
 

@@ -99,7 +99,9 @@ await_service()
 # The service of the samples listens where nobody else does, and the one of this machine's user stays out of it.
 SERVICE = """\
 #!/usr/bin/env bash
-[ "$1" != control ] || exec {program} "$@"
+case " $* " in
+    " control "* | " verify "* | *" --listen "*) exec {program} "$@" ;;
+esac
 exec {program} "$@" --listen 127.0.0.1:$SAMPLE_PORT
 """
 
@@ -211,7 +213,8 @@ def check_sources(samples):
 
 def check_usage(samples, programs):
     for sample in of_kind(samples, "usage"):
-        told = run(programs / sample.values["program"], "--help", stdout=subprocess.PIPE).stdout
+        program, *words = sample.values["program"].split()
+        told = run(programs / program, *words, "--help", stdout=subprocess.PIPE).stdout
         for option in re.findall(r"--[\w-]+", sample.text):
             if not re.search(re.escape(option) + r"(?![\w-])", told):
                 sys.exit(f"{sample.place}: {sample.values['program']} has no {option}")
@@ -278,7 +281,8 @@ def run_shell(arguments, document, samples):
                                     DEFAULT_ADDRESS: f"127.0.0.1:{port}"})
     environment = dict(os.environ, SAMPLE_PORT=str(port), PATH=f"{home / 'commands'}:{os.environ['PATH']}",
                        PVWAPI_BASE_URL=f"http://127.0.0.1:{port}/kznconnect/op.do",
-                       CMAKE_GENERATOR=arguments.generator, CXX=arguments.compiler, CXXFLAGS=arguments.flags)
+                       CMAKE_GENERATOR=arguments.generator, CXX=arguments.compiler, CXXFLAGS=arguments.flags,
+                       CFLAGS=arguments.flags)
     ended = subprocess.run(["bash", "-c", script], cwd=home, env=environment, stdout=subprocess.PIPE, text=True,
                            timeout=200)
     shown = re.split(r"^== \d+\n", ended.stdout, flags=re.MULTILINE)[1:]

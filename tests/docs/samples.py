@@ -8,11 +8,12 @@ KIND       what becomes of the block
 fragment   C++ inside a function; `context` names what is declared before it (see CONTEXTS in run_samples.py, separated
            by commas), `check` is an expression that has to hold behind it
 program    a whole program in C++; `expect` is what it has to print
-source     C++ that has to stand in the file `file` of the library, word for word
+source     what has to stand in the file `file` of the library, word for word
 cmake      the lines by which a project takes up the package; the document's first C++ is built by them
 shell      commands; all of a document run in one shell. `expect` is what they have to print, `only` picks those of a
            chain that begin so, and FILE and PREFIX stand for paths of the test's own
-usage      how a program is called: each option named has to stand in the help of `program`
+usage      how a program is called: each option named has to stand in the help of `program`, a program's name with
+           the command's behind it
 none       neither: `why` says why not
 """
 import re
@@ -28,7 +29,7 @@ KINDS = {
     "usage": {"program"},
     "none": {"why"},
 }
-CPP_KINDS = {"fragment", "program", "source"}
+LANGUAGES = {"fragment": {"cpp"}, "program": {"cpp"}, "source": {"cpp", "c", "python", "csharp", "text"}}
 
 COMMENT = re.compile(r"^\s*<!-- sample: (.*?) -->$")
 FENCE = re.compile(r"^(\s*)```(\w*)$")
@@ -119,5 +120,6 @@ def faults(sample, only_cpp):
         return
     for name in sorted(KINDS[sample.kind] - sample.values.keys()):
         yield f"{sample.place}: a {sample.kind} needs {name}="
-    if (sample.language == "cpp") != (sample.kind in CPP_KINDS):
+    languages = LANGUAGES.get(sample.kind, set())
+    if sample.language not in languages and (languages or sample.language in ("cpp", "c")):
         yield f"{sample.place}: a block of {sample.language or 'no language'} is no {sample.kind}"

@@ -45,6 +45,13 @@ class Samples(unittest.TestCase):
         self.assertIn("is no none", faults_of(FENCED.format("none why=so"))[0])
         self.assertIn("is no shell", faults_of(FENCED.format("shell expect=a"))[0])
 
+    def test_c_that_stands_in_no_file_is_a_fault(self):
+        in_c = FENCED.replace("```cpp", "```c")
+        self.assertEqual(faults_of(in_c.format("source file=a.c")), [])
+        self.assertIn("is no program", faults_of(in_c.format("program expect=a"))[0])
+        self.assertIn("is no none", faults_of(in_c.format("none why=so"))[0])
+        self.assertIn("is no source", faults_of(INDENTED.format("source file=a.c"))[0])
+
     def test_a_sample_that_checks_nothing_is_a_fault(self):
         self.assertIn("needs check=", faults_of(FENCED.format("fragment"))[0])
         self.assertIn("needs expect=", faults_of(INDENTED.format("shell"))[0])

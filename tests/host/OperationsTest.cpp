@@ -51,8 +51,8 @@ const Names kNoOperations{
 /// The class's member functions among the exported names: a name follows the class's own behind its length.
 Names exportedOperations()
 {
-    const std::regex member("_ZNK?11CWapiClient([0-9]+)(.*)");
-    std::ifstream list(PVWAPI_EXPORT_LIST);
+    const std::regex member("export _ZNK?11CWapiClient([0-9]+)(.*)");
+    std::ifstream list(PVWAPI_ABI_LIST);
     Names names;
     for (std::string line; std::getline(list, line);) {
         std::smatch found;

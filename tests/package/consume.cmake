@@ -1,6 +1,8 @@
 # Installs the library, moves the package elsewhere, and builds a project against it: `host` runs its own tests, the
 # examples are run one by one by others, and here only the one that needs nothing but a service. Beside the host it
-# looks at what the package says to projects that cannot use it, and at the licences in it.
+# looks at what the package says to projects that cannot use it, at its components, at projects without CMake and in C,
+# at the licences, and whether its service starts. In the place of -D built=FOLDER it takes what was made elsewhere:
+# -D archive=FILE, or -D package=FOLDER -D libraries=lib.
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -8,12 +10,21 @@ function(run)
 endfunction()
 
 file(REMOVE_RECURSE ${work})
-run(${CMAKE_COMMAND} --install ${built} --config ${config} --prefix ${work}/installed)
+if(archive)
+    file(ARCHIVE_EXTRACT INPUT ${archive} DESTINATION ${work})
+    cmake_path(GET archive STEM LAST_ONLY unpacked)
+elseif(built)
+    run(${CMAKE_COMMAND} --install ${built} --config ${config} --prefix ${work}/installed)
+    set(unpacked installed)
+endif()
+if(unpacked)
+    # Nothing in the package may depend on where it was installed.
+    set(package ${work}/package)
+    set(libraries lib)
+    file(RENAME ${work}/${unpacked} ${package})
+endif()
 
-# Nothing in the package may depend on where it was installed.
-file(RENAME ${work}/installed ${work}/package)
-
-set(choices -G ${generator} -D CMAKE_BUILD_TYPE=${config} -D CMAKE_PREFIX_PATH=${work}/package)
+set(choices -G ${generator} -D CMAKE_BUILD_TYPE=${config} -D CMAKE_PREFIX_PATH=${package})
 if(toolchain)
     list(APPEND choices -D CMAKE_TOOLCHAIN_FILE=${toolchain})
 else()
@@ -25,8 +36,20 @@ run(${CMAKE_COMMAND} --build ${work}/build)
 set(ENV{XDG_DATA_HOME} ${work}/data)
 if(NOT program)
     run(${CMAKE_CTEST_COMMAND} --test-dir ${work}/build --output-on-failure --no-tests=error)
-    include(${CMAKE_CURRENT_LIST_DIR}/refuse.cmake)
-    include(${CMAKE_CURRENT_LIST_DIR}/licences.cmake)
+    if(built OR archive)
+        include(${CMAKE_CURRENT_LIST_DIR}/refuse.cmake)
+        include(${CMAKE_CURRENT_LIST_DIR}/licences.cmake)
+    endif()
+    if(built)
+        include(${CMAKE_CURRENT_LIST_DIR}/components.cmake)
+    endif()
+    include(${CMAKE_CURRENT_LIST_DIR}/hardened.cmake)
+    include(${CMAKE_CURRENT_LIST_DIR}/by-pkg-config.cmake)
+    include(${CMAKE_CURRENT_LIST_DIR}/in-c.cmake)
+    include(${CMAKE_CURRENT_LIST_DIR}/own-trace.cmake)
+    if(hasService)
+        run(${emulator} ${package}/bin/pvwapi-service${suffix} --help)
+    endif()
     return()
 endif()
 

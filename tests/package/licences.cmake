@@ -1,6 +1,6 @@
 # The package holds its own licence, the list of what others have written, and the texts that go with what is inside.
 
-set(documents ${work}/package/share/doc/pvWapi)
+set(documents ${package}/share/doc/pvWapi)
 
 function(expect_text name pattern)
     set(text "")
@@ -27,6 +27,11 @@ if(hasPrograms)
     expect_text(licenses/utf8proc.txt "utf8proc.*Permission is hereby granted, free of charge")
 endif()
 
+if(hasService AND system STREQUAL "Windows")
+    list(APPEND expected libsodium)
+    expect_text(licenses/libsodium.txt "ISC License.*Permission to use, copy, modify")
+endif()
+
 # No text without a word on what it belongs to, and no word without its text.
 list(SORT expected)
 file(GLOB shipped RELATIVE ${documents}/licenses ${documents}/licenses/*)
@@ -40,6 +45,6 @@ foreach(name IN LISTS expected)
 endforeach()
 
 # What is built into a file or loaded by it has a line.
-foreach(name expat GCC MinGW-w64 CLI11 nlohmann-json utf8proc Boost libcurl SQLite libcrypt)
+foreach(name expat GCC MinGW-w64 CLI11 nlohmann-json utf8proc Boost libcurl SQLite libsodium)
     expect_text(THIRD-PARTY.md "\n[|] ${name}[^|]*[|][^|]*[|][^|]*[|][^|]*[|]\n")
 endforeach()

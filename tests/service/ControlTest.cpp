@@ -144,7 +144,7 @@ TEST(SeedFile, ThatCannotBeUsedKeepsTheServiceFromStarting)
     std::ofstream(folder.file("wrong")) << R"({"users": [{"name": "emil"}]})";
     for (const std::string name : {"broken", "wrong", "missing"}) {
         ServiceProcess process(ServiceProcess::on(folder.file("data"), {"--seed", folder.file(name)}));
-        EXPECT_THAT(process.errors(), testing::MatchesRegex("pvwapi-service: [^\n]+\n"));
+        EXPECT_THAT(process.errors(), IsLike("pvwapi-service: [^\n]+\n"));
         EXPECT_EQ(process.wait(), 2);
         EXPECT_FALSE(std::filesystem::exists(folder.file("data"))) << name;
     }

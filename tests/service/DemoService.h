@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <regex>
+#include <string>
+
 #include "tests/service/ServiceProcess.h"
 #include "tests/service/User.h"
 
@@ -19,6 +22,12 @@ protected:
     ServiceProcess process_;
     unsigned short port_;
 };
+
+// The whole text is of this form, which is a regular expression of the language's own: gtest's is another on Windows.
+MATCHER_P(IsLike, form, "is like " + testing::PrintToString(form))
+{
+    return std::regex_match(std::string(arg), std::regex(form));
+}
 
 #define EXPECT_SUCCESS(reply) EXPECT_EQ(textAt(reply, kResult), "SUCCESS") << (reply)
 #define EXPECT_FAILURE(reply, exception)                  \

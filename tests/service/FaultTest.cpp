@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "tests/service/FaultedService.h"
+#include "tests/support/Wine.h"
 
 namespace service::test {
 
@@ -51,7 +52,9 @@ TEST_F(Faults, ResetStrikesAtTheByte)
         const Heard heard = wire.hear();
         // What a reset overtakes may be lost, but nothing comes behind the byte.
         EXPECT_LE(heard.bytes.size(), byte);
-        EXPECT_EQ(heard.ended, Ended::reset) << byte;
+        // Wine now and then takes a reset for the end.
+        const bool isTaken = kzn::test::runsUnderWine() && heard.ended == Ended::closed;
+        EXPECT_TRUE(isTaken || heard.ended == Ended::reset) << byte;
     }
 }
 
@@ -114,7 +117,7 @@ TEST_F(Faults, ChunksBreak)
     set(R"({"fault": "chunks"})");
     const Heard heard = called();
     EXPECT_THAT(heard.bytes, HasSubstr("\r\nTransfer-Encoding: chunked\r\n"));
-    EXPECT_THAT(bodyOf(heard.bytes), testing::MatchesRegex("10\r\n.{16}\r\nno size\r\n.*"));
+    EXPECT_THAT(bodyOf(heard.bytes), IsLike("10\r\n.{16}\r\nno size\r\n.*"));
     EXPECT_EQ(heard.ended, Ended::closed);
 }
 

@@ -120,10 +120,10 @@ TEST(Token, IsMadeAnewAndSaidAtTheStart)
     ServiceProcess first(ServiceProcess::on(":memory:"));
     ServiceProcess second(ServiceProcess::on(":memory:", {"--ready-json"}));
     const std::string line = first.errorLine();
-    ASSERT_THAT(line, testing::MatchesRegex("control token [0-9a-f]{40}\n"));
+    ASSERT_THAT(line, IsLike("control token [0-9a-f]{40}\n"));
     const std::string token = line.substr(14, 40);
     const json ready = json::parse(second.firstLine());
-    EXPECT_THAT(ready.at("token").get<std::string>(), testing::MatchesRegex("[0-9a-f]{40}"));
+    EXPECT_THAT(ready.at("token").get<std::string>(), IsLike("[0-9a-f]{40}"));
     EXPECT_EQ(ready.at("control"), "http://127.0.0.1:" + std::to_string(second.port()) + "/control/");
     EXPECT_EQ(control(first.port(), "GET", "clock", "", token).status, 200U);
     EXPECT_EQ(control(second.port(), "GET", "clock", "", token).status, 401U);

@@ -1,8 +1,4 @@
 // What a program that starts the service meets: the line that says it is ready, its end, and what stays behind.
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <csignal>
 #include <nlohmann/json.hpp>
 
@@ -15,25 +11,17 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::MatchesRegex;
-
-std::vector<std::string> namesIn(const std::filesystem::path& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
-    return names;
-}
 
 TEST(Ready, IsOneLineOfJsonWhereItIsAskedFor)
 {
     const TemporaryFolder folder;
     ServiceProcess process(ServiceProcess::on(folder.file("data"), {"--ready-json"}));
     const std::string line = process.firstLine();
-    ASSERT_THAT(line, MatchesRegex("\\{[^\n]*\\}\n"));
+    ASSERT_THAT(line, IsLike("\\{[^\n]*\\}\n"));
     const json ready = json::parse(line);
     EXPECT_EQ(ready.at("ready"), true);
     EXPECT_EQ(ready.at("pid"), process.pid());
-    EXPECT_THAT(ready.at("version").get<std::string>(), MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
+    EXPECT_THAT(ready.at("version").get<std::string>(), IsLike("[0-9]+\\.[0-9]+\\.[0-9]+"));
     const std::string address = "http://127.0.0.1:" + std::to_string(process.port());
     EXPECT_EQ(ready.at("url"), address + "/kznconnect/op.do");
     EXPECT_FAILURE(form(process.port(), "cmd=fly"), "KZN:UnknownCommand");
@@ -56,7 +44,7 @@ TEST(Ready, CanBeAskedFor)
 TEST(Ready, TheVersionIsSaidAndThatIsAll)
 {
     ServiceProcess process({"--version"});
-    EXPECT_THAT(process.firstLine(), MatchesRegex("pvwapi-service [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_THAT(process.firstLine(), IsLike("pvwapi-service [0-9]+\\.[0-9]+\\.[0-9]+\n"));
     EXPECT_EQ(process.errors(), "");
     EXPECT_EQ(process.wait(), 0);
 }
@@ -112,34 +100,6 @@ TEST(Ready, AFileInUseIsSaidWithTheProcessThatHasIt)
     EXPECT_FAILURE(form(first.port(), "cmd=fly"), "KZN:UnknownCommand");
 }
 
-// The service's parent is a process of the test's own, which ends without a word to it.
-TEST(Ready, EndsWithTheProcessThatStartedIt)
-{
-    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
-    const TemporaryFolder folder;
-    const std::string program = PVWAPI_SERVICE_PROGRAM;
-    const std::string data = folder.file("data");
-    const std::string out = folder.file("out");
-    const pid_t parent = fork();
-    ASSERT_GE(parent, 0);
-    if (parent == 0) {
-        const std::string line = program + " --data " + data + " --listen 127.0.0.1:0 --end-with-parent >" + out +
-                                 " & while ! grep -q listening " + out +
-                                 "; do n=x$n; [ ${#n} -lt 999 ] || exit 1; sleep 0.02; done";
-        execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-        _exit(127);
-    }
-    int status = -1;
-    ASSERT_EQ(waitpid(parent, &status, 0), parent);
-    ASSERT_EQ(status, 0);
-    // Orphaned, it is this process's child now.
-    const pid_t service = waitpid(-1, &status, 0);
-    ASSERT_GT(service, 0);
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    prctl(PR_SET_CHILD_SUBREAPER, 0);
-}
-
 TEST(Ready, TellsOfEachRequestWhereItIsVerbose)
 {
     const TemporaryFolder folder;
@@ -154,17 +114,16 @@ TEST(Ready, TellsOfEachRequestWhereItIsVerbose)
     while (lines.empty() || !lines.back().starts_with("#5")) lines.push_back(process.errorLine());
     while (!lines.front().starts_with("#1")) lines.erase(lines.begin());
     constexpr const char* kTime = " [0-9]+\\.[0-9] ms\n";
-    EXPECT_THAT(lines,
-                testing::ElementsAre(
-                    MatchesRegex(std::string("#1 POST /kznconnect/op.do login [0-9]+>[0-9]+ B 200 SUCCESS") + kTime),
-                    MatchesRegex(std::string("#2 POST /kznconnect/op.do execute/AddTabs [0-9]+>[0-9]+ B 200 "
-                                             "SUCCESS") +
-                                 kTime),
-                    MatchesRegex(std::string("#3 POST /kznconnect/op.do execute/Two.words [0-9]+>[0-9]+ B 200 "
-                                             "FAILURE KZN:UnknownTask") +
-                                 kTime),
-                    MatchesRegex(std::string("#4 GET /nothing - 0>[0-9]+ B 404 FAILURE KZN:UnknownEndpoint") + kTime),
-                    MatchesRegex(std::string("#5 - - - 0>[0-9]+ B 400 FAILURE KZN:BadRequest") + kTime)));
+    EXPECT_THAT(lines, testing::ElementsAre(
+                           IsLike(std::string("#1 POST /kznconnect/op.do login [0-9]+>[0-9]+ B 200 SUCCESS") + kTime),
+                           IsLike(std::string("#2 POST /kznconnect/op.do execute/AddTabs [0-9]+>[0-9]+ B 200 "
+                                              "SUCCESS") +
+                                  kTime),
+                           IsLike(std::string("#3 POST /kznconnect/op.do execute/Two.words [0-9]+>[0-9]+ B 200 "
+                                              "FAILURE KZN:UnknownTask") +
+                                  kTime),
+                           IsLike(std::string("#4 GET /nothing - 0>[0-9]+ B 404 FAILURE KZN:UnknownEndpoint") + kTime),
+                           IsLike(std::string("#5 - - - 0>[0-9]+ B 400 FAILURE KZN:BadRequest") + kTime)));
 }
 
 TEST(Ready, AddressesThatClientsKnowAnswerWhatIsMissing)

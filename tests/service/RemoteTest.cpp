@@ -1,11 +1,10 @@
 // "pvwapi-service control": the program as the client of a running service.
-#include <sys/stat.h>
-
 #include <csignal>
-#include <cstdlib>
 #include <fstream>
 
 #include "tests/service/ControlledService.h"
+#include "tests/support/TestSystem.h"
+#include "tests/support/Wine.h"
 
 namespace service::test {
 
@@ -13,7 +12,6 @@ namespace {
 
 using nlohmann::json;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 
 struct Ended {
     int status = -1;
@@ -59,7 +57,7 @@ TEST_F(Remote, ResetsAndSeeds)
     const Ended twice = run({"seed", "demo"});
     EXPECT_EQ(twice.status, 1);
     EXPECT_EQ(twice.output, "");
-    EXPECT_THAT(twice.errors, MatchesRegex("pvwapi-service: [^\n]*users already[^\n]*\n"));
+    EXPECT_THAT(twice.errors, IsLike("pvwapi-service: [^\n]*users already[^\n]*\n"));
     EXPECT_NE(User(port_, "anna").makeSpace("New"), "");
     EXPECT_EQ(json::parse(good({"reset"})).at("workspaces"), 4);
 }
@@ -71,19 +69,14 @@ TEST_F(Remote, ExportsToAFileAndImportsIt)
     EXPECT_EQ(good({"export", file}), "");
     const json state = json::parse(std::ifstream(file));
     EXPECT_EQ(state, json::parse(good({"export", "-"})));
-    struct stat about = {};
-    ASSERT_EQ(stat(file.c_str(), &about), 0);
-    EXPECT_EQ(about.st_mode & 0777U, 0600U);
+    EXPECT_EQ(isKeptFromOthers(file), !kzn::test::runsUnderWine());
     good({"reset", "--empty"});
     EXPECT_EQ(json::parse(good({"import", file})).at("users"), 4);
 
     const std::string nowhere = folder_.file("none/state.json");
     EXPECT_EQ(run({"export", nowhere}).status, 2);
     EXPECT_EQ(run({"import", nowhere}).status, 2);
-    std::vector<std::string> left;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.file("")))
-        left.push_back(entry.path().filename());
-    EXPECT_THAT(left, testing::Not(testing::Contains(HasSubstr(".new"))));
+    EXPECT_THAT(namesIn(folder_.file("")), testing::Not(testing::Contains(HasSubstr(".new"))));
 }
 
 TEST_F(Remote, SetsTheClock)
@@ -124,11 +117,11 @@ TEST_F(Remote, SetsFaults)
 
 TEST_F(Remote, TheTokenMayStandInTheEnvironment)
 {
-    ASSERT_EQ(setenv("PVWAPI_CONTROL_TOKEN", kToken, 1), 0);
+    setVariable("PVWAPI_CONTROL_TOKEN", kToken);
     const Ended ended = ran({"--url", url_, "clock"});
     ServiceProcess service(ServiceProcess::on(":memory:"));
     EXPECT_EQ(service::test::control(service.port(), "GET", "clock").status, 200U);
-    unsetenv("PVWAPI_CONTROL_TOKEN");
+    setVariable("PVWAPI_CONTROL_TOKEN", {});
     EXPECT_EQ(ended.status, 0) << ended.errors;
 }
 
@@ -141,7 +134,7 @@ TEST_F(Remote, TellsARefusalFromAFaultHereAndFromNobodyThere)
                                   "http://service.example:8420", "http://10.0.0.1:8420"}) {
         const Ended ended = ran({"--url", url, "--token", kToken, "clock"});
         EXPECT_EQ(ended.status, 2) << url;
-        EXPECT_THAT(ended.errors, MatchesRegex("pvwapi-service: [^\n]+\n")) << url;
+        EXPECT_THAT(ended.errors, IsLike("pvwapi-service: [^\n]+\n")) << url;
     }
     EXPECT_EQ(ran({}).status, 2);
     EXPECT_EQ(ran({"fly"}).status, 2);

@@ -1,42 +1,35 @@
 #include "tests/service/ServiceProcess.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
-#include <csignal>
+#include <chrono>
+#include <fstream>
+#include <iterator>
+#include <random>
 #include <stdexcept>
+#include <thread>
+
+#include "tests/support/TestSystem.h"
 
 namespace service::test {
 
 namespace {
 
-constexpr int kPatienceMs = 30'000;
+constexpr std::chrono::milliseconds kPause(5);
+constexpr std::chrono::seconds kPatience(120);  // a busy machine starts a program in its own time
 
-std::string readAll(int descriptor, bool oneLine)
+std::string contentOf(const std::string& file)
 {
-    std::string text;
-    std::array<char, 512> piece{};
-    while (!(oneLine && text.ends_with('\n'))) {
-        pollfd ready{descriptor, POLLIN, 0};
-        if (poll(&ready, 1, kPatienceMs) <= 0) break;
-        const ssize_t length = read(descriptor, piece.data(), oneLine ? 1 : piece.size());
-        if (length <= 0) break;
-        text.append(piece.data(), static_cast<std::size_t>(length));
-    }
-    return text;
+    std::ifstream stream(std::filesystem::u8path(file), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 }  // namespace
 
 TemporaryFolder::TemporaryFolder()
 {
-    std::string pattern = (std::filesystem::temp_directory_path() / "service-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = pattern;
+    std::random_device random;
+    do {
+        path_ = std::filesystem::temp_directory_path() / ("service-test-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
 }
 
 TemporaryFolder::~TemporaryFolder()
@@ -47,7 +40,21 @@ TemporaryFolder::~TemporaryFolder()
 
 std::string TemporaryFolder::file(const std::string& name) const
 {
-    return (path_ / name).string();
+    return (path_ / std::filesystem::u8path(name)).string();
+}
+
+bool isKeptFromOthers(const std::string& file)
+{
+    return isOwnersAlone(std::filesystem::u8path(file));
+}
+
+std::vector<std::string> namesIn(const std::filesystem::path& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        names.push_back(entry.path().filename().string());
+    }
+    return names;
 }
 
 std::vector<std::string> ServiceProcess::on(const std::string& dataFile, std::vector<std::string> more)
@@ -57,42 +64,28 @@ std::vector<std::string> ServiceProcess::on(const std::string& dataFile, std::ve
     return arguments;
 }
 
-ServiceProcess::ServiceProcess(std::vector<std::string> arguments)
+ServiceProcess::ServiceProcess(const std::vector<std::string>& arguments)
+    : child_(PVWAPI_SERVICE_PROGRAM, arguments, {output_.file("out"), output_.file("err")})
 {
-    arguments.insert(arguments.begin(), PVWAPI_SERVICE_PROGRAM);
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments) pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
-
-    std::array<int, 2> output{};
-    std::array<int, 2> errors{};
-    if (pipe2(output.data(), O_CLOEXEC) != 0 || pipe2(errors.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe");
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, errors[1], STDERR_FILENO);
-    const int result = posix_spawn(&pid_, PVWAPI_SERVICE_PROGRAM, &actions, nullptr, pointers.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(output[1]);
-    close(errors[1]);
-    output_ = output[0];
-    errors_ = errors[0];
-    if (result != 0) throw std::runtime_error("the service could not be started");
+    if (child_.id() == 0) throw std::runtime_error("the service could not be started");
 }
 
-ServiceProcess::~ServiceProcess()
+std::string ServiceProcess::nextLine(const char* file, std::size_t begin) const
 {
-    if (pid_ > 0) {
-        kill(pid_, SIGKILL);
-        wait();
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (std::chrono::steady_clock::now() < end) {
+        const bool wasRunning = child_.isRunning();
+        const std::string text = contentOf(output_.file(file)).substr(begin);
+        if (const std::size_t length = text.find('\n') + 1; length != 0) return text.substr(0, length);
+        if (!wasRunning) break;
+        std::this_thread::sleep_for(kPause);
     }
-    close(output_);
-    close(errors_);
+    return {};
 }
 
 std::string ServiceProcess::firstLine()
 {
-    if (line_.empty()) line_ = readAll(output_, true);
+    if (line_.empty()) line_ = nextLine("out", 0);
     return line_;
 }
 
@@ -105,32 +98,35 @@ unsigned short ServiceProcess::port()
     return static_cast<unsigned short>(std::stoul(line.substr(host + kHost.size())));
 }
 
-void ServiceProcess::signal(int number) const
-{
-    kill(pid_, number);
-}
-
 int ServiceProcess::wait()
 {
-    int status = 0;
-    waitpid(pid_, &status, 0);
-    pid_ = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    if (!status_) status_ = child_.wait();
+    return *status_;
 }
 
-std::string ServiceProcess::output() const
+void ServiceProcess::waitUntilEnded() const
 {
-    return readAll(output_, false);
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (child_.isRunning() && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(kPause);
 }
 
-std::string ServiceProcess::errorLine() const
+std::string ServiceProcess::output()
 {
-    return readAll(errors_, true);
+    waitUntilEnded();
+    return contentOf(output_.file("out")).substr(line_.size());
+}
+
+std::string ServiceProcess::errorLine()
+{
+    const std::string line = nextLine("err", errorsRead_);
+    errorsRead_ += line.size();
+    return line;
 }
 
 std::string ServiceProcess::errors()
 {
-    return readAll(errors_, false);
+    waitUntilEnded();
+    return contentOf(output_.file("err")).substr(errorsRead_);
 }
 
 }  // namespace service::test

@@ -1,4 +1,3 @@
-#include <csignal>
 #include <thread>
 
 #include "tests/service/DemoService.h"
@@ -6,8 +5,6 @@
 namespace service::test {
 
 namespace {
-
-using testing::MatchesRegex;
 
 constexpr const char* kDuration = "/kznapi/return/sessionInfo/sessionDuration";
 
@@ -23,7 +20,7 @@ TEST_F(Session, OpensWithPasswordOrToken)
     for (const std::string secret : {"password=anna-demo-1", "token=anna-token-1"}) {
         const std::string reply = form(port_, "cmd=login&username=anna&" + secret + "&isp=&autocommit=true");
         EXPECT_SUCCESS(reply);
-        EXPECT_THAT(textAt(reply, kCred), MatchesRegex("[0-9a-f]{40}"));
+        EXPECT_THAT(textAt(reply, kCred), IsLike("[0-9a-f]{40}"));
         EXPECT_EQ(textAt(sessionInfo(port_, textAt(reply, kCred)), kDuration), "7200000");
     }
 }
@@ -226,8 +223,7 @@ TEST_F(WorkspaceSession, EndsAlone)
 TEST_F(Session, SurvivesARestart)
 {
     const std::string cred = signIn(port_, "anna");
-    process_.signal(SIGKILL);
-    process_.wait();
+    process_.kill();
     ServiceProcess again(ServiceProcess::on(folder_.file("data")));
     EXPECT_SUCCESS(sessionInfo(again.port(), cred));
 }

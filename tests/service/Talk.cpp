@@ -12,6 +12,8 @@
 #include <limits>
 #include <pugixml.hpp>
 
+#include "tests/service/Socket.h"
+
 namespace service::test {
 
 namespace wire = boost::beast::http;
@@ -59,10 +61,9 @@ std::string textAt(const std::string& reply, const std::string& path)
     return texts.empty() ? std::string() : texts.front();
 }
 
-Talk::Talk(unsigned short port) : socket_(io_)
-{
-    socket_.connect({boost::asio::ip::address_v4::loopback(), port});
-}
+Talk::Talk(unsigned short port) : connection_(std::make_unique<Socket>(port)) {}
+
+Talk::~Talk() = default;
 
 HttpReply Talk::post(const std::string& target, const std::string& body, const std::string& contentType)
 {
@@ -82,7 +83,7 @@ HttpReply Talk::send(const std::string& method, const std::string& target, const
 std::string Talk::host() const
 {
     boost::system::error_code ignored;
-    return "127.0.0.1:" + std::to_string(socket_.remote_endpoint(ignored).port());
+    return "127.0.0.1:" + std::to_string(connection_->socket.remote_endpoint(ignored).port());
 }
 
 HttpReply Talk::get(const std::string& target)
@@ -96,7 +97,7 @@ HttpReply Talk::readReply()
     wire::response_parser<wire::string_body> parser;
     parser.body_limit(std::numeric_limits<std::uint64_t>::max());
     boost::system::error_code error;
-    wire::read(socket_, buffer, parser, error);
+    wire::read(connection_->socket, buffer, parser, error);
     if (error) return {};
     auto& message = parser.get();
     const auto type = message[wire::field::content_type];
@@ -106,19 +107,27 @@ HttpReply Talk::readReply()
 void Talk::sendRaw(std::string_view bytes)
 {
     boost::system::error_code ignored;
-    boost::asio::write(socket_, boost::asio::buffer(bytes.data(), bytes.size()), ignored);
+    boost::asio::write(connection_->socket, boost::asio::buffer(bytes.data(), bytes.size()), ignored);
 }
 
 std::string Talk::readToEnd()
 {
     std::string text;
-    std::array<char, 4096> piece{};
-    boost::system::error_code error;
-    while (!error) {
-        const std::size_t length = socket_.read_some(boost::asio::buffer(piece), error);
-        text.append(piece.data(), length);
-    }
+    for (std::string more = readMore(); !more.empty(); more = readMore()) text += more;
     return text;
+}
+
+std::string Talk::readMore()
+{
+    std::array<char, 4096> piece{};
+    boost::system::error_code ended;
+    return {piece.data(), connection_->socket.read_some(boost::asio::buffer(piece), ended)};
+}
+
+void Talk::hangUp()
+{
+    boost::system::error_code ignored;
+    connection_->socket.shutdown(boost::asio::ip::tcp::socket::shutdown_both, ignored);
 }
 
 std::string form(unsigned short port, const std::string& body)

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/ip/tcp.hpp>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,10 +26,15 @@ struct HttpReply {
     bool keepAlive = false;
 };
 
+struct Socket;
+
 // One connection to the service on loopback.
 class Talk {
 public:
     explicit Talk(unsigned short port);
+    ~Talk();
+    Talk(const Talk&) = delete;
+    Talk& operator=(const Talk&) = delete;
 
     HttpReply post(const std::string& target, const std::string& body,
                    const std::string& contentType = "application/x-www-form-urlencoded");
@@ -49,12 +53,16 @@ public:
     // Everything until the service closes.
     std::string readToEnd();
 
+    // Some more of it; empty where the service closes.
+    std::string readMore();
+
+    // Whoever waits for a reply waits no longer; by any thread.
+    void hangUp();
+
 private:
     HttpReply readReply();
 
-    boost::asio::io_context io_;
-    boost::asio::ip::tcp::socket socket_;
-    std::string rest_;
+    std::unique_ptr<Socket> connection_;
 };
 
 // The text of the reply to a form on a connection of its own.

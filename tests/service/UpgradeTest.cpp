@@ -20,6 +20,7 @@ ALTER TABLE member DROP COLUMN seen_event;
 ALTER TABLE session DROP COLUMN root;
 DROP TABLE service_setting;
 DROP TABLE fault;
+DROP TABLE exchange;
 PRAGMA user_version = 2;
 )sql";
 
@@ -55,7 +56,7 @@ protected:
 TEST_F(Upgrade, KeepsWhatStandsAndMendsWhatWasWrong)
 {
     store::Database database(file_);
-    EXPECT_EQ(database.value("PRAGMA user_version"), "4");
+    EXPECT_EQ(database.value("PRAGMA user_version"), "5");
     EXPECT_EQ(store::notificationCount(database, "w", "user-ben"), 1);
     EXPECT_EQ(store::activityValue(database, "w"), 3);
     std::vector<std::string> tabs;

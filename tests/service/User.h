@@ -43,6 +43,9 @@ public:
     // The IDs of the workspaces that are favourites.
     std::vector<std::string> favourites();
 
+    // Waits for no reply any more.
+    void hangUp() { talk_.hangUp(); }
+
 private:
     Talk talk_;
     std::string cred_;

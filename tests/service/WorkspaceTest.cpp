@@ -48,7 +48,7 @@ TEST_F(Workspace, IsMadeWithTabsRoomAndDescription)
     EXPECT_EQ(textAt(all, at + "userName"), "anna");
     EXPECT_EQ(textAt(all, at + "namespaceID"), "ns-nordwind");
     EXPECT_EQ(textAt(all, at + "namespaceName"), "nordwind");
-    EXPECT_THAT(textAt(all, at + "createTime"), testing::MatchesRegex("20..-..-..T..:..:..Z"));
+    EXPECT_THAT(textAt(all, at + "createTime"), IsLike("20..-..-..T..:..:..Z"));
     EXPECT_THAT(textsAt(all, at + "ext/KZN/description/text"), ElementsAre("first", "second"));
     EXPECT_THAT(textsAt(all, at + "tabs/tab/tabName"), ElementsAre("Discussions", "Files"));
     EXPECT_THAT(textsAt(all, at + "tabs/tab/tabID"), ElementsAre("commTab", "docTab"));
@@ -120,7 +120,7 @@ TEST_F(Workspace, TakesFurtherTabsFromItsAdministrators)
                             "<tabOrder>0</tabOrder></tab></tabs></workspace>";
     const std::string reply = anna_.execute("AddTabs", xml);
     EXPECT_SUCCESS(reply);
-    EXPECT_THAT(textAt(reply, "/kznapi/return/tab/tabID"), testing::MatchesRegex("tab-[0-9a-f]{16}"));
+    EXPECT_THAT(textAt(reply, "/kznapi/return/tab/tabID"), IsLike("tab-[0-9a-f]{16}"));
     const std::string all = fields(spaceID);
     EXPECT_THAT(textsAt(all, std::string(kStep) + "tabs/tab/tabName"),
                 ElementsAre("Ideas & <more>", "Discussions", "Files"));

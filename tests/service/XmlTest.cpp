@@ -15,11 +15,15 @@ namespace {
 
 using testing::ElementsAre;
 
+// The text of an element as it is written.
 std::string written(const std::string& text)
 {
-    std::string out;
-    xml::appendEscaped(out, text);
-    return out;
+    std::string out = "before";
+    xml::append(out, xml::Node("t", text), "behind");
+    EXPECT_TRUE(out.starts_with("before<t>") && out.ends_with("</t>behind")) << out;
+    constexpr std::size_t kBegin = std::string_view("before<t>").size();
+    constexpr std::size_t kEnd = std::string_view("</t>behind").size();
+    return out.substr(kBegin, out.size() - kBegin - kEnd);
 }
 
 TEST(Xml, ReadsTextInOnePieceFromAllItsParts)

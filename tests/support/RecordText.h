@@ -1,4 +1,4 @@
-// The records of the public header, member by member: how a test fills one with a marker and how it shows one.
+// The records of the public header in tests: how one is filled with a marker and how it shows, member by member.
 #pragma once
 
 #include <string>
@@ -6,61 +6,18 @@
 #include <vector>
 
 #include "client/WapiClient.h"
+#include "records/AccountTables.h"
+#include "records/SpaceTables.h"
 #include "tests/support/Text.h"
 #include "tests/support/WireFile.h"
 
-template <typename Visit>
-void visitMembers(SpaceForList& space, Visit visit)
-{
-    visit("workspaceID", space.workspaceID);
-    visit("workspaceName", space.workspaceName);
-    visit("status", space.status);
-    visit("userID", space.userID);
-    visit("userName", space.userName);
-    visit("type", space.type);
-    visit("isTemplate", space.isTemplate);
-    visit("namespaceID", space.namespaceID);
-    visit("description", space.description);
-    visit("spaceIconURL", space.spaceIconURL);
-    visit("role", space.role);
-}
+template <typename Value>
+concept IsNumber = std::is_integral_v<Value> || std::is_enum_v<Value>;
 
-template <typename Visit>
-void visitMembers(CZelSpaceInvite& invitation, Visit visit)
-{
-    visit("spaceInviteID", invitation.spaceInviteID);
-    visit("expires", invitation.expires);
-    visit("lastModifiedTime", invitation.lastModifiedTime);
-    visit("status", invitation.status);
-    visit("workspaceID", invitation.workspaceID);
-    visit("createTime", invitation.createTime);
-    visit("statusChanged", invitation.statusChanged);
-    visit("userDescriptor", invitation.userDescriptor);
-    visit("userName", invitation.userName);
-    visit("workspaceName", invitation.workspaceName);
-    visit("ownerID", invitation.ownerID);
-    visit("ownerName", invitation.ownerName);
-    visit("inviteType", invitation.inviteType);
-    visit("inviteAsType", invitation.inviteAsType);
-}
-
-/// A tab shows nothing but its accessors, so what is visited is a copy of each of its four values.
-template <typename Visit>
-void visitMembers(CZelTab& tab, Visit visit)
-{
-    CStringT id = tab.GetID();
-    CStringT name = tab.GetName();
-    CStringT type = tab.GetType();
-    int position = tab.GetTabPos();
-    visit("ID", id);
-    visit("name", name);
-    visit("type", type);
-    visit("position", position);
-    tab.SetID(id);
-    tab.SetName(name);
-    tab.SetType(type);
-    tab.SetTabPos(position);
-}
+template <typename Value>
+inline constexpr bool kIsList = false;
+template <typename Item>
+inline constexpr bool kIsList<std::vector<Item>> = true;
 
 /// What an output holds before the call, so that whoever leaves it alone, adds to it or replaces it can be told apart.
 inline void mark(CStringT& text)
@@ -68,17 +25,11 @@ inline void mark(CStringT& text)
     text = "before"_w;
 }
 
-template <typename Member>
-inline constexpr bool kIsNumber = std::is_integral_v<Member> || std::is_enum_v<Member>;
+/// A number stays.
+void mark(IsNumber auto&) {}
 
-/// A record: its texts and its lists; the numbers stay.
-template <typename Record>
-void mark(Record& record)
-{
-    visitMembers(record, [](const char*, auto& member) {
-        if constexpr (!kIsNumber<std::remove_reference_t<decltype(member)>>) mark(member);
-    });
-}
+template <pvrecords::HasMembers Record>
+void mark(Record& record);
 
 template <typename Record>
 void mark(std::vector<Record>& records)
@@ -87,27 +38,50 @@ void mark(std::vector<Record>& records)
     mark(records.front());
 }
 
-inline void show(WireLines& lines, const std::string& name, CStringT& text)
+template <pvrecords::HasMembers Record>
+void mark(Record& record)
+{
+    pvrecords::eachMember<Record>([&record](const auto& member) {
+        auto value = member.get(record);
+        mark(value);
+        if constexpr (requires { member.set(record, value); }) member.set(record, value);
+    });
+}
+
+inline void show(WireLines& lines, const std::string& name, const CStringT& text)
 {
     lines.push_back(text.empty() ? name + " =" : name + " = " + narrow(text));
 }
 
 template <typename Record>
-void show(WireLines& lines, const std::string& name, Record& record)
+void show(WireLines& lines, const std::string& name, const std::vector<Record>& records);
+
+template <typename Value>
+void showUnlessEmpty(WireLines& lines, const std::string& name, const Value& value)
+{
+    if constexpr (IsNumber<Value>) {
+        if (value != 0) lines.push_back(name + " = " + std::to_string(static_cast<int>(value)));
+    } else {
+        if (!value.empty()) show(lines, name, value);
+    }
+}
+
+/// The lists of a record come behind all else, so that what follows an item's name is its own.
+template <pvrecords::HasMembers Record>
+void show(WireLines& lines, const std::string& name, const Record& record)
 {
     lines.push_back(name);
-    visitMembers(record, [&](const std::string& memberName, auto& member) {
-        if constexpr (kIsNumber<std::remove_reference_t<decltype(member)>>) {
-            if (member != 0) lines.push_back(memberName + " = " + std::to_string(static_cast<int>(member)));
-        } else {
-            if (!member.empty()) show(lines, memberName, member);
-        }
-    });
+    for (const bool lists : {false, true}) {
+        pvrecords::eachMember<Record>([&](const auto& member) {
+            const auto value = member.get(record);
+            if (kIsList<std::remove_cv_t<decltype(value)>> == lists) showUnlessEmpty(lines, member.name, value);
+        });
+    }
 }
 
 template <typename Record>
-void show(WireLines& lines, const std::string& name, std::vector<Record>& records)
+void show(WireLines& lines, const std::string& name, const std::vector<Record>& records)
 {
     if (records.empty()) lines.push_back(name + ": none");
-    for (Record& record : records) show(lines, name, record);
+    for (const Record& record : records) show(lines, name, record);
 }

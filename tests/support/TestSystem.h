@@ -52,6 +52,11 @@ private:
     void* handle_;
 };
 
+/// The system's own HTTP library stays in this process from now on, where the system has one. Wine's goes on working
+/// for a moment after it has said that a request is closed, and does not survive being unloaded then; that of Windows
+/// holds itself.
+void keepSystemHttp();
+
 /// What this process holds of the system.
 struct SystemUse {
     std::size_t memory = 0;   // bytes that are its own

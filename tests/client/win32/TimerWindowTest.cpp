@@ -51,7 +51,7 @@ TEST_F(TimerWindowTest, BearsItsNamesAndItsClient)
     ASSERT_EQ(windows.size(), 1U);
     const HWND window = windows.front();
     EXPECT_THAT(textBytes(window), testing::StartsWith("TimerWnd"));
-    EXPECT_NE(GetWindowLongW(window, GWL_USERDATA), 0);
+    EXPECT_NE(GetWindowLongPtrW(window, GWLP_USERDATA), 0);
     EXPECT_FALSE(IsWindowVisible(window));
     EXPECT_EQ(GetParent(window), nullptr);
     EXPECT_EQ(GetMenu(window), nullptr);
@@ -67,7 +67,7 @@ TEST_F(TimerWindowTest, IsOnePerClientOfOneClass)
         const std::vector<HWND> windows = timerWindows();
         ASSERT_EQ(windows.size(), 2U);
         EXPECT_EQ(GetClassLongW(windows[0], GCW_ATOM), GetClassLongW(windows[1], GCW_ATOM));
-        EXPECT_NE(GetWindowLongW(windows[0], GWL_USERDATA), GetWindowLongW(windows[1], GWL_USERDATA));
+        EXPECT_NE(GetWindowLongPtrW(windows[0], GWLP_USERDATA), GetWindowLongPtrW(windows[1], GWLP_USERDATA));
     }
     EXPECT_EQ(timerWindows().size(), 1U);
 }

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "pvutil/StringEx.h"
+#include "tests/support/win32/CommandLine.h"
 
 namespace {
 
@@ -38,19 +39,6 @@ Handle outputFile()
                     &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (file == INVALID_HANDLE_VALUE) throw std::runtime_error("no temporary file");
     return Handle(file);
-}
-
-/// One word so that the program's runtime reads it back as it was.
-std::wstring quoted(const std::wstring& word)
-{
-    std::wstring text = L"\"";
-    std::size_t slashes = 0;
-    for (const wchar_t unit : word) {
-        if (unit == L'"') text.append(slashes + 1, L'\\');
-        slashes = unit == L'\\' ? slashes + 1 : 0;
-        text += unit;
-    }
-    return text.append(slashes, L'\\') + L"\"";
 }
 
 /// Of two lines for one variable, a program finds the first.
@@ -88,8 +76,8 @@ std::string contentOf(HANDLE file)
 Handle start(const std::string& program, const std::vector<std::string>& words, const Environment& environment,
              HANDLE out, HANDLE err)
 {
-    std::wstring line = quoted(FromUtf8(program));
-    for (const std::string& word : words) line += L" " + quoted(FromUtf8(word));
+    std::wstring line = quotedWord(FromUtf8(program));
+    for (const std::string& word : words) line += L" " + quotedWord(FromUtf8(word));
     std::wstring settings = block(environment);
 
     STARTUPINFOW setup{};

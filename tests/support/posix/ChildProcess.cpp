@@ -1,5 +1,6 @@
 #include "tests/support/ChildProcess.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -8,18 +9,44 @@
 #include <cerrno>
 #include <utility>
 
-ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& words)
+namespace {
+
+pid_t start(const std::string& program, std::vector<std::string> words, const posix_spawn_file_actions_t* actions)
 {
-    std::vector<std::string> all = words;
-    all.insert(all.begin(), program);
+    words.insert(words.begin(), program);
     std::vector<char*> pointers;
-    for (std::string& word : all) pointers.push_back(word.data());
+    for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
 
     pid_t child = 0;
-    if (posix_spawn(&child, program.c_str(), nullptr, nullptr, pointers.data(), environ) != 0) return;
-    id_ = static_cast<unsigned long>(child);
-    handle_ = child;
+    const bool isStarted = posix_spawn(&child, program.c_str(), actions, nullptr, pointers.data(), environ) == 0;
+    return isStarted ? child : 0;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& words)
+    : id_(static_cast<unsigned long>(start(program, words, nullptr))), handle_(static_cast<std::intptr_t>(id_))
+{
+}
+
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& words, const Output& output)
+{
+    constexpr int kHow = O_WRONLY | O_CREAT | O_TRUNC | O_APPEND;
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.out.c_str(), kHow, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, output.err.c_str(), kHow, 0600);
+    handle_ = start(program, words, &actions);
+    id_ = static_cast<unsigned long>(handle_);
+    posix_spawn_file_actions_destroy(&actions);
+}
+
+bool ChildProcess::isRunning() const
+{
+    siginfo_t ended{};
+    return handle_ != 0 && waitid(P_PID, static_cast<id_t>(handle_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           ended.si_pid == 0;
 }
 
 int ChildProcess::wait()

@@ -88,6 +88,8 @@ LoadedLibrary::Function* LoadedLibrary::function(const char* name) const
     return reinterpret_cast<Function*>(dlsym(handle_, name));
 }
 
+void keepSystemHttp() {}
+
 SystemUse systemUse()
 {
     const auto entries = [](const char* folder) {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <aclapi.h>
 #include <psapi.h>
 #include <shlobj.h>
 #include <tlhelp32.h>
@@ -71,9 +72,36 @@ bool isOpenHere(const std::filesystem::path& file)
 }
 
 // The user's own folder is what keeps others out.
+namespace {
+
+// Wine adds the system itself to each list, which reads every file anyway.
+bool isFor(PSID owner, ACL& list)
+{
+    for (DWORD at = 0; at < list.AceCount; ++at) {
+        void* entry = nullptr;
+        if (GetAce(&list, at, &entry) == FALSE) return false;
+        PSID const sid = &static_cast<ACCESS_ALLOWED_ACE*>(entry)->SidStart;
+        if (EqualSid(sid, owner) == FALSE && IsWellKnownSid(sid, WinLocalSystemSid) == FALSE) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+// A list of its own with nobody but the owner, or a place in the user's profile, which the system keeps.
 bool isOwnersAlone(const std::filesystem::path& file)
 {
-    return file.native().starts_with(dataFolder().native());
+    if (file.native().starts_with(dataFolder().native())) return true;
+    std::wstring name = file.native();
+    ACL* list = nullptr;
+    PSID owner = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (GetNamedSecurityInfoW(name.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION | OWNER_SECURITY_INFORMATION,
+                              &owner, nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS)
+        return false;
+    const bool isAlone = list != nullptr && isFor(owner, *list);
+    LocalFree(descriptor);
+    return isAlone;
 }
 
 LoadedLibrary::LoadedLibrary(const std::filesystem::path& path) : handle_(LoadLibraryW(path.c_str())) {}
@@ -87,6 +115,11 @@ void LoadedLibrary::unload()
 LoadedLibrary::Function* LoadedLibrary::function(const char* name) const
 {
     return reinterpret_cast<Function*>(GetProcAddress(static_cast<HMODULE>(handle_), name));
+}
+
+void keepSystemHttp()
+{
+    static const LoadedLibrary kept(L"winhttp.dll");
 }
 
 namespace {

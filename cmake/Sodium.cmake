@@ -1,0 +1,42 @@
+# The target `sodium`: hashes of passwords and random numbers. The system's own, and on Windows, for which Debian has no
+# build of it, static and built from its source package: the portable code alone, which is fast enough for a password.
+set(PVWAPI_SODIUM_SOURCE ${CMAKE_CURRENT_LIST_DIR}/../build/deps/libsodium CACHE PATH "Source of libsodium")
+
+function(pv_build_sodium)
+    set(source ${PVWAPI_SODIUM_SOURCE}/src/libsodium)
+    set(include ${CMAKE_CURRENT_BINARY_DIR}/sodium)
+    if(NOT EXISTS ${source}/sodium/core.c)
+        message(FATAL_ERROR "libsodium's source is not in ${PVWAPI_SODIUM_SOURCE}; scripts/setup fetches it")
+    endif()
+    file(STRINGS ${PVWAPI_SODIUM_SOURCE}/configure.ac lines REGEX "^(AC_INIT|SODIUM_LIBRARY_VERSION_(MAJOR|MINOR)=)")
+    string(REGEX MATCH "libsodium\\],\\[([0-9.]+)\\]" match "${lines}")
+    set(VERSION ${CMAKE_MATCH_1})
+    foreach(part MAJOR MINOR)
+        string(REGEX MATCH "VERSION_${part}=([0-9]+)" match "${lines}")
+        set(SODIUM_LIBRARY_VERSION_${part} ${CMAKE_MATCH_1})
+    endforeach()
+    file(COPY ${source}/include/sodium ${source}/include/sodium.h DESTINATION ${include})
+    configure_file(${source}/include/sodium/version.h.in ${include}/sodium/version.h @ONLY)
+
+    file(GLOB_RECURSE sources ${source}/*.c)
+    list(FILTER sources EXCLUDE REGEX "/crypto_(aead|box|kdf|kx|secretbox|secretstream|shorthash|sign)/")
+    add_library(sodium STATIC EXCLUDE_FROM_ALL ${sources})
+    target_include_directories(sodium SYSTEM PUBLIC ${include} PRIVATE ${include}/sodium)
+    target_compile_definitions(sodium PUBLIC SODIUM_STATIC
+        PRIVATE CONFIGURED=1 NATIVE_LITTLE_ENDIAN HAVE_C_VARARRAYS HAVE_STDINT_H)
+    target_compile_options(sodium PRIVATE -w -O2)
+    target_link_libraries(sodium PUBLIC advapi32)
+    # Its sources share names.
+    set_target_properties(sodium PROPERTIES UNITY_BUILD OFF)
+endfunction()
+
+if(TARGET sodium)
+    return()
+endif()
+if(WIN32)
+    pv_build_sodium()
+else()
+    find_library(PVWAPI_SODIUM_LIBRARY sodium REQUIRED)
+    add_library(sodium UNKNOWN IMPORTED)
+    set_target_properties(sodium PROPERTIES IMPORTED_LOCATION ${PVWAPI_SODIUM_LIBRARY})
+endif()

@@ -1,0 +1,190 @@
+#include "service/journal/Reading.h"
+
+#include <algorithm>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "log/Form.h"
+#include "log/Mask.h"
+#include "log/Operations.h"
+#include "log/Outcome.h"
+#include "service/journal/Shape.h"
+#include "service/rules/Icons.h"
+
+namespace service::journal {
+
+namespace {
+
+constexpr std::size_t kLongestWord = 200;
+constexpr std::size_t kMostFields = 64;
+
+bool isPlainName(std::string_view name)
+{
+    return !name.empty() && name.size() <= 64 && std::ranges::all_of(name, [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '.' ||
+               c == '-';
+    });
+}
+
+// Never in the middle of a character: what is kept is text where it was text.
+std::string_view cutTo(std::string_view text, std::size_t length)
+{
+    if (text.size() <= length) return text;
+    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80) --length;
+    return text.substr(0, length);
+}
+
+// A secret that the cut has parted would no longer be known as one: so many bytes more are left out.
+std::string maskedAndCut(std::string_view text, const std::vector<std::string>& secrets)
+{
+    if (text.size() <= kLongestText) return logreader::masked(text, secrets);
+    std::size_t longest = 0;
+    for (const std::string& secret : secrets) longest = std::max(longest, secret.size());
+    const std::string shown = logreader::masked(cutTo(text, kLongestText), secrets);
+    return std::string(cutTo(shown, shown.size() - std::min(longest, shown.size())));
+}
+
+bool isUpload(const http::Request& request)
+{
+    return request.contentType.starts_with("multipart/");
+}
+
+std::string_view formOf(const http::Request& request)
+{
+    return request.isPost() ? std::string_view(request.body) : http::queryOf(request.target);
+}
+
+// Nothing where it is no form: bytes that can hold anything, a secret too.
+std::optional<logreader::Fields> fieldsOf(const Heard& heard)
+{
+    const std::string_view form = formOf(heard.request);
+    logreader::Fields fields;
+    if (isUpload(heard.request)) {
+        for (const auto& [name, value] : heard.uploaded) fields.push_back({name, value});
+    } else if (!form.empty()) {
+        if (!logreader::looksLikeForm(form)) return std::nullopt;
+        fields = logreader::fieldsOf(form);
+    }
+    return fields;
+}
+
+// The JSON of a list of pairs.
+class PairList {
+public:
+    void add(std::string_view name, std::string_view value)
+    {
+        if (size_++ > 0) text_ += ',';
+        text_.append("[").append(quoted(name)).append(",").append(quoted(value)).append("]");
+    }
+    void addLength(std::size_t bytes, const char* what)
+    {
+        add("", std::to_string(bytes) + " bytes that are no " + what);
+    }
+    std::size_t size() const { return size_; }
+    std::string text() const { return "[" + text_ + "]"; }
+
+private:
+    std::string text_;
+    std::size_t size_ = 0;
+};
+
+// What is no name can hold anything, a secret too: only its length is told.
+PairList shownFields(const logreader::Fields& fields, const std::vector<std::string>& secrets)
+{
+    PairList list;
+    for (const logreader::Field& field : fields) {
+        if (list.size() == kMostFields) break;
+        if (!isPlainName(field.name)) {
+            list.addLength(field.name.size() + field.value.size(), "field");
+        } else if (logreader::isSecretName(field.name)) {
+            list.add(field.name, field.value.empty() ? std::string_view() : logreader::kMask);
+        } else {
+            list.add(field.name, maskedAndCut(field.value, secrets));
+        }
+    }
+    return list;
+}
+
+std::string wordOf(std::string_view text, const std::vector<std::string>& secrets)
+{
+    const std::string shown = logreader::masked(cutTo(text, kLongestText), secrets);
+    return std::string(cutTo(shown, kLongestWord));
+}
+
+std::string operationOf(const http::Request& request, const logreader::Fields& fields,
+                        const std::vector<std::string>& secrets)
+{
+    if (http::pathOf(request.target).starts_with(rules::kIconPath)) return "GetSpaceIcon";
+    return fields.empty() ? std::string() : wordOf(logreader::operationOf(fields), secrets);
+}
+
+// Whoever signs in has no session yet, but a name.
+std::string userOf(const http::Response& response, const logreader::Fields& fields,
+                   const std::vector<std::string>& secrets)
+{
+    if (!response.user.empty() || logreader::valueOf(fields, "cmd") != "login") return response.user;
+    return wordOf(logreader::valueOf(fields, "username"), secrets);
+}
+
+// The service's own replies say first what became of the request: what follows need not be read for it.
+std::string_view responseOf(std::string_view reply)
+{
+    constexpr std::string_view kEnd = "</response>";
+    const std::size_t at = reply.find(kEnd);
+    return at == std::string_view::npos ? reply : reply.substr(0, at + kEnd.size());
+}
+
+void readReply(store::Exchange& exchange, const http::Response& response, const std::vector<std::string>& secrets)
+{
+    if (!response.contentType.starts_with("text/")) {
+        exchange.result = "SUCCESS";
+        exchange.reply = response.contentType;
+        return;
+    }
+    exchange.reply = maskedAndCut(response.body, secrets);
+    const logreader::Outcome outcome = logreader::outcomeOf(responseOf(exchange.reply));
+    exchange.result = logreader::nameOf(outcome.kind);
+    exchange.reason = cutTo(outcome.reason, kLongestText);
+    exchange.exceptionID = wordOf(outcome.exceptionID, secrets);
+}
+
+void read(store::Exchange& exchange, const Heard& heard)
+{
+    const std::optional<logreader::Fields> form = fieldsOf(heard);
+    const logreader::Fields fields = form.value_or(logreader::Fields());
+    const std::vector<std::string> secrets = logreader::secretsOf(fields);
+    exchange.path = wordOf(http::pathOf(heard.request.target), secrets);
+    exchange.operation = operationOf(heard.request, fields, secrets);
+    exchange.user = userOf(heard.response, fields, secrets);
+    PairList shown = shownFields(fields, secrets);
+    if (!form) shown.addLength(formOf(heard.request).size(), "form");
+    exchange.fields = shown.text();
+    readReply(exchange, heard.response, secrets);
+}
+
+}  // namespace
+
+store::Exchange exchangeOf(const Heard& heard)
+{
+    store::Exchange exchange;
+    exchange.number = heard.number;
+    exchange.time = heard.time;
+    exchange.microseconds = std::chrono::duration_cast<std::chrono::microseconds>(heard.took).count();
+    exchange.method = heard.request.method;
+    exchange.status = heard.response.status;
+    exchange.bytesOut = heard.bytesOut;
+    exchange.bytesIn = heard.bytesIn;
+    exchange.fields = "[]";
+    if (heard.response.fault) exchange.fault = faults::kindName(heard.response.fault->kind);
+    try {
+        read(exchange, heard);
+    } catch (const std::exception& error) {
+        std::clog << "exchange " << exchange.number << " cannot be read for the journal: " << error.what() << std::endl;
+    }
+    return exchange;
+}
+
+}  // namespace service::journal

@@ -1,0 +1,132 @@
+#include "service/tape/Player.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "service/base/Clock.h"
+#include "service/base/Refusal.h"
+#include "service/base/Secret.h"
+#include "service/tape/Headers.h"
+
+namespace service::tape {
+
+namespace {
+
+std::string headerIn(const http::Request& request, const std::string& name)
+{
+    return isSameName(name, "Content-Type") ? request.contentType : headerOf(request.headers, name);
+}
+
+}  // namespace
+
+Player::Player(Tape tape) : tape_(std::move(tape)), playedAt_(tape_.size())
+{
+    for (const Exchange& exchange : tape_) {
+        for (const Template* text : templatesOf(exchange)) bindRecorded(*text);
+    }
+}
+
+void Player::bindRecorded(const Template& text)
+{
+    for (const Piece& piece : text) {
+        if (piece.kind == Kind::id && !piece.text.empty()) bindings_.bind(piece, piece.text);
+    }
+}
+
+std::size_t Player::played() const
+{
+    return static_cast<std::size_t>(std::ranges::count_if(playedAt_, [](std::size_t at) { return at != 0; }));
+}
+
+http::Response Player::play(const http::Request& request, const std::string& server)
+{
+    bindings_.bind({Kind::server, 0, {}}, server);
+    const std::optional<std::size_t> chosen = choose(request);
+    if (!chosen) return refuse(request);
+    playedAt_[*chosen] = ++now_;
+    return reply(tape_[*chosen]);
+}
+
+std::optional<std::size_t> Player::choose(const http::Request& request)
+{
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < tape_.size(); ++i) order.push_back(i);
+    // What was not played comes first, as it stands; then what was played last.
+    std::ranges::stable_sort(order, [this](std::size_t a, std::size_t b) {
+        const bool isNew = playedAt_[a] == 0;
+        return isNew != (playedAt_[b] == 0) ? isNew : playedAt_[a] > playedAt_[b];
+    });
+    for (const std::size_t i : order) {
+        Bindings trial = bindings_.trial();
+        if (!compare(tape_[i], request, trial).difference.empty()) continue;
+        bindings_.adopt(std::move(trial));
+        return i;
+    }
+    return std::nullopt;
+}
+
+Player::Likeness Player::compare(const Exchange& exchange, const http::Request& request, Bindings& bindings) const
+{
+    if (exchange.method != request.method) return {0, 0, "it is a " + exchange.method};
+    const auto isLater = [&bindings](const Piece& piece) {
+        return piece.kind == Kind::cred && bindings.find(piece) == nullptr;
+    };
+    std::string missing;
+    for (const Template* text : {&exchange.target, &exchange.body}) {
+        const auto later = std::ranges::find_if(*text, isLater);
+        if (later != text->end()) missing = "no reply has given its {" + nameOf(*later) + "} yet";
+    }
+    Fit found = fit(exchange.target, request.target, Place::form, bindings);
+    if (!found.fits) return {1, found.at, differenceText("its target", found)};
+    for (const HeaderTemplate& header : exchange.headers) {
+        found = fit(header.value, headerIn(request, header.name), Place::plain, bindings);
+        if (!found.fits) return {2, found.at, differenceText("its header " + header.name, found)};
+    }
+    found = fit(exchange.body, request.body, placeOf(request.contentType), bindings);
+    return {3, found.at, found.fits ? missing : differenceText("its body", found)};
+}
+
+// What the service would make anew is new here, too.
+void Player::bindFresh(const Template& text)
+{
+    for (const Piece& piece : text) {
+        const bool isSecret = piece.kind == Kind::cred || piece.kind == Kind::secret;
+        if (isSecret && bindings_.find(piece) == nullptr) bindings_.bind(piece, newCredential());
+    }
+}
+
+http::Response Player::reply(const Exchange& exchange)
+{
+    bindings_.forget({Kind::boundary, 0, {}});  // each form has its own
+    bindings_.bind({Kind::time, 0, {}}, timeText(Clock().now()));
+    http::Response response;
+    response.status = exchange.status;
+    response.contentType = exchange.contentType;
+    bindFresh(exchange.reply);
+    response.body = rendered(exchange.reply, placeOf(exchange.contentType), bindings_);
+    for (const HeaderTemplate& header : exchange.replyHeaders) {
+        bindFresh(header.value);
+        response.headers.emplace_back(header.name, rendered(header.value, Place::plain, bindings_));
+    }
+    return response;
+}
+
+http::Response Player::refuse(const http::Request& request)
+{
+    ++refused_;
+    Likeness nearest{-1, 0, {}};
+    std::size_t which = 0;
+    for (std::size_t i = 0; i < tape_.size(); ++i) {
+        Bindings trial = bindings_.trial();
+        Likeness likeness = compare(tape_[i], request, trial);
+        if (std::tie(likeness.parts, likeness.bytes) <= std::tie(nearest.parts, nearest.bytes)) continue;
+        nearest = std::move(likeness);
+        which = i;
+    }
+    const std::string reason = "no exchange of the tape fits this request; the nearest is exchange " +
+                               std::to_string(which + 1) + " (line " + std::to_string(tape_[which].line) +
+                               "): " + nearest.difference;
+    return http::refusal(404, reason, exceptionid::kNotOnTape);
+}
+
+}  // namespace service::tape

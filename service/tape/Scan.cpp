@@ -1,0 +1,246 @@
+#include "service/tape/Scan.h"
+
+#include <algorithm>
+#include <cctype>
+#include <tuple>
+#include <utility>
+
+#include "service/base/Percent.h"
+#include "service/base/Text.h"
+
+namespace service::tape {
+
+namespace {
+
+constexpr std::size_t kMadeDigits = 12;
+constexpr std::size_t kShortestIdentifier = 4;
+constexpr std::size_t kShortestNumber = 6;
+constexpr std::size_t kMilliseconds = 13;  // digits of a moment
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool isHexDigit(char c)
+{
+    return std::isxdigit(static_cast<unsigned char>(c)) != 0;
+}
+
+bool isWordCharacter(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) != 0;
+}
+
+bool isTokenCharacter(char c)
+{
+    return isWordCharacter(c) || std::string_view("-_.:").find(c) != std::string_view::npos;
+}
+
+std::string_view runAt(std::string_view text, std::size_t at)
+{
+    std::size_t end = at;
+    while (end < text.size() && isTokenCharacter(text[end])) ++end;
+    return text.substr(at, end - at);
+}
+
+// What ends a sentence is not part of its last word.
+std::string_view withoutStops(std::string_view run)
+{
+    while (!run.empty() && !isWordCharacter(run.back())) run.remove_suffix(1);
+    return run;
+}
+
+bool opensTag(std::string_view before)
+{
+    return before.ends_with('<') || before.ends_with("</") || before.ends_with("%3C") || before.ends_with("%3C%2F");
+}
+
+bool isEscape(std::string_view text)
+{
+    return text.size() >= 3 && text[0] == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
+}
+
+void addFound(std::vector<Found>& found, std::string_view raw, std::string value)
+{
+    if (!value.empty()) found.push_back({std::string(raw), std::move(value)});
+}
+
+void findFields(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
+{
+    if (text.starts_with('/')) text.remove_prefix(std::min(text.find('?'), text.size() - 1) + 1);
+    for (const std::string_view piece : split(text, '&')) {
+        const std::size_t equals = piece.find('=');
+        if (equals == std::string_view::npos || !isWanted(unspelled(piece.substr(0, equals), Place::form))) continue;
+        const std::string_view raw = piece.substr(equals + 1);
+        addFound(found, raw, unspelled(raw, Place::form));
+    }
+}
+
+void findParts(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
+{
+    constexpr std::string_view kName = "; name=\"";
+    for (std::size_t at = text.find(kName); at != std::string_view::npos; at = text.find(kName, at)) {
+        at += kName.size();
+        const std::string_view name = text.substr(at, text.find('"', at) - at);
+        const std::size_t start = text.find("\r\n\r\n", at);
+        if (start == std::string_view::npos) return;
+        const std::string_view raw = text.substr(start + 4, text.find("\r\n--", start + 4) - start - 4);
+        if (isWanted(name)) addFound(found, raw, std::string(raw));
+    }
+}
+
+// The text of an element whose "<" was just passed, if its name is one of those.
+void findElement(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
+{
+    constexpr std::string_view kData = "<![CDATA[";
+    const std::size_t close = text.find('>');
+    if (close == std::string_view::npos || close == 0 || text[close - 1] == '/') return;
+    std::string_view name = text.substr(0, text.find_first_of(" \t\r\n>"));
+    name.remove_prefix(name.find(':') + 1);
+    if (!isWanted(name)) return;
+    text.remove_prefix(close + 1);
+    if (text.starts_with(kData)) {
+        const std::string_view raw = text.substr(kData.size(), text.find("]]>") - kData.size());
+        return addFound(found, raw, std::string(raw));
+    }
+    const std::string_view raw = trimmed(text.substr(0, text.find('<')));
+    addFound(found, raw, unspelled(raw, Place::xml));
+}
+
+void findElements(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
+{
+    for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
+        findElement(found, text.substr(at + 1), isWanted);
+    }
+}
+
+// Whether a host's name or port goes on there.
+bool addressGoesOn(std::string_view rest)
+{
+    if (rest.starts_with("%3A") || rest.starts_with("%3a")) return rest.size() > 3 && isWordCharacter(rest[3]);
+    return rest.size() > 1 && std::string_view(".:-").find(rest[0]) != std::string_view::npos &&
+           isWordCharacter(rest[1]);
+}
+
+bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside)
+{
+    const bool escapeBefore = at >= 3 && isEscape(text.substr(at - 3, 3));
+    const bool wordBefore = at > 0 && isWordCharacter(text[at - 1]) && !escapeBefore;
+    const std::string_view rest = text.substr(at + length);
+    if (wordBefore || (!rest.empty() && isWordCharacter(rest[0]))) return false;
+    return beside != Beside::noAddress || !addressGoesOn(rest);
+}
+
+// Finds several spellings at once, from the left to the right; of two at one place the one that is listed first.
+class Finder {
+public:
+    Finder(std::string_view text, const std::vector<std::string>& spellings, Beside beside)
+        : text_(text), spellings_(spellings), beside_(beside)
+    {
+        for (const std::string& spelling : spellings) next_.push_back(find(spelling, 0));
+    }
+
+    // The first one from `from` on: its place and its length.
+    std::pair<std::size_t, std::size_t> next(std::size_t from)
+    {
+        std::size_t best = 0;
+        for (std::size_t i = 0; i < next_.size(); ++i) {
+            if (next_[i] < from) next_[i] = find(spellings_[i], from);
+            if (next_[i] < next_[best]) best = i;
+        }
+        return {next_[best], spellings_[best].size()};
+    }
+
+private:
+    std::size_t find(const std::string& spelling, std::size_t from) const
+    {
+        std::size_t at = text_.find(spelling, from);
+        while (beside_ != Beside::anything && at != std::string_view::npos &&
+               !stands(text_, at, spelling.size(), beside_)) {
+            at = text_.find(spelling, at + 1);
+        }
+        return at;
+    }
+
+    std::string_view text_;
+    const std::vector<std::string>& spellings_;
+    Beside beside_;
+    std::vector<std::size_t> next_;
+};
+
+}  // namespace
+
+std::vector<Found> valuesOf(std::string_view text, const NameTest& isWanted)
+{
+    std::vector<Found> found;
+    findFields(found, text, isWanted);
+    findParts(found, text, isWanted);
+    findElements(found, text, isWanted);
+    if (const auto decoded = percentDecoded(text)) findElements(found, *decoded, isWanted);
+    return found;
+}
+
+std::vector<Token> tokensOf(std::string_view text)
+{
+    std::vector<Token> tokens;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t escape = isEscape(text.substr(at)) ? 3 : 0;
+        const std::string_view run = escape > 0 ? std::string_view() : runAt(text, at);
+        const std::string_view token = withoutStops(run);
+        if (!token.empty()) tokens.push_back({at, token, opensTag(text.substr(0, at))});
+        at += std::max({escape, run.size(), std::size_t{1}});
+    }
+    return tokens;
+}
+
+bool looksLikeTime(std::string_view token)
+{
+    constexpr std::string_view kPattern = "dddd-dd-ddTdd:dd:dd";
+    if (token.size() == kMilliseconds && token.front() == '1') return std::ranges::all_of(token, isDigit);
+    if (token.size() < kPattern.size()) return false;
+    return std::ranges::equal(kPattern, token.substr(0, kPattern.size()),
+                              [](char wanted, char c) { return wanted == 'd' ? isDigit(c) : wanted == c; });
+}
+
+bool looksMade(std::string_view token)
+{
+    std::size_t row = 0;
+    bool digit = false;
+    for (const char c : token) {
+        row = isHexDigit(c) ? row + 1 : 0;
+        digit = row > 0 && (digit || isDigit(c));
+        if (row >= kMadeDigits && digit) return true;
+    }
+    return false;
+}
+
+bool couldIdentify(std::string_view token)
+{
+    if (std::ranges::all_of(token, isDigit)) return token.size() >= kShortestNumber;
+    return token.size() >= kShortestIdentifier &&
+           std::ranges::any_of(token, [](char c) { return isDigit(c) || c == '-' || c == '_'; });
+}
+
+void replace(Template& text, const std::vector<std::string>& spellings, const Piece& piece, Beside beside)
+{
+    if (spellings.empty()) return;
+    Template out;
+    for (Piece& old : text) {
+        if (old.kind != Kind::literal) {
+            append(out, std::move(old));
+            continue;
+        }
+        Finder finder(old.text, spellings, beside);
+        std::size_t from = 0;
+        for (auto [at, length] = finder.next(0); at != std::string::npos; std::tie(at, length) = finder.next(from)) {
+            append(out, {Kind::literal, 0, old.text.substr(from, at - from)});
+            append(out, piece);
+            from = at + length;
+        }
+        append(out, {Kind::literal, 0, old.text.substr(from)});
+    }
+    text = std::move(out);
+}
+
+}  // namespace service::tape

@@ -1,0 +1,7 @@
+// Written by capi/generate.py.
+#pragma once
+
+#include "capi/pvwapi.hpp"
+#include "pvutil/StringEx.h"
+
+using pvwapi::CZelPolicy;

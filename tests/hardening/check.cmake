@@ -1,0 +1,41 @@
+cmake_minimum_required(VERSION 3.25)
+
+# The header says what the loader may do with the file.
+set(wanted DYNAMIC_BASE NX_COMPAT)
+if(bits EQUAL 8)
+    list(APPEND wanted HIGH_ENTROPY_VA)
+else()
+    list(APPEND wanted NO_SEH)
+endif()
+foreach(file IN LISTS files)
+    execute_process(COMMAND ${reader} -p ${file} OUTPUT_VARIABLE header COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX MATCH "\nDllCharacteristics[^\n]*\n([\t ]+[A-Z_]+\n)*" said "${header}")
+    foreach(name IN LISTS wanted)
+        if(NOT said MATCHES "\t${name}\n")
+            message(SEND_ERROR "${file} has no ${name}: ${said}")
+        endif()
+    endforeach()
+    # Without a table of relocations it could not stand elsewhere, whatever its header says.
+    if(NOT header MATCHES "\nEntry 5 [0-9a-f]*[1-9a-f][0-9a-f]* [0-9a-f]*[1-9a-f][0-9a-f]* Base Relocation Directory")
+        message(SEND_ERROR "${file} cannot be moved")
+    endif()
+    # The guard's number must not need another DLL while this one is loaded.
+    if(header MATCHES "Crypt(AcquireContext|GenRandom)")
+        message(SEND_ERROR "${file} has the compiler's own guard in it")
+    endif()
+endforeach()
+
+function(expect status output)
+    execute_process(COMMAND ${emulator} ${program} ${ARGN} RESULT_VARIABLE ended OUTPUT_VARIABLE said TIMEOUT 60)
+    string(STRIP "${said}" said)
+    if(NOT ended STREQUAL status OR NOT said STREQUAL output)
+        message(SEND_ERROR "overrun ${ARGN} ended with ${ended} and said \"${said}\"")
+    endif()
+endfunction()
+
+# 9 is what is left of 0xC0000409, a stack that was written over; any other fault would be 5.
+string(REPEAT a 64 long)
+expect(0 "went on" short)
+expect(0 "went on" short copy)
+expect(9 "" ${long})
+expect(9 "" ${long} copy)

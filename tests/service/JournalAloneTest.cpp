@@ -1,0 +1,155 @@
+// The journal without a service around it: what it keeps has an end, and it holds nobody up.
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "service/base/Json.h"
+#include "service/journal/Journal.h"
+#include "service/journal/Reading.h"
+#include "service/store/Database.h"
+
+namespace service::test {
+
+namespace {
+
+class JournalAlone : public testing::Test {
+protected:
+    static void post(journal::Journal& journal, const std::string& body, const std::string& reply)
+    {
+        http::Response response;
+        response.body = reply;
+        journal.add(
+            journal::heardOf({"POST", "/kznconnect/op.do", "application/x-www-form-urlencoded", body}, response));
+    }
+
+    // Its turn to write never comes by itself.
+    static void never(const std::function<void()>& /*write*/) {}
+
+    store::Database database_{store::kInMemory};
+};
+
+TEST_F(JournalAlone, TheOldestGoFirst)
+{
+    journal::Journal journal(database_, never, {3, 1'000'000});
+    for (int i = 1; i <= 5; ++i) post(journal, "cmd=logout", "<kznapi/>");
+    journal.settle();
+    EXPECT_EQ(journal.totals().count, 3);
+    EXPECT_FALSE(store::findExchange(database_, 2));
+    EXPECT_TRUE(store::findExchange(database_, 3));
+    EXPECT_EQ(store::exchangeTotals(database_).count, 3);
+}
+
+TEST_F(JournalAlone, SoManyBytesAreKept)
+{
+    journal::Journal journal(database_, never, {1000, 100'000});
+    for (int i = 1; i <= 30; ++i) post(journal, "cmd=logout", std::string(20'000, 'x'));
+    journal.settle();
+    EXPECT_LE(store::exchangeTotals(database_).bytes, 100'000);
+    EXPECT_EQ(journal.totals().count, 4);
+    EXPECT_EQ(journal.totals().last, 30);
+}
+
+TEST_F(JournalAlone, ALongTextIsCutAndNoSecretIsParted)
+{
+    journal::Journal journal(database_, never);
+    const std::string secret(40, 's');
+    post(journal, "cmd=get&cred=" + secret, std::string(journal::kLongestText - 20, 'x') + secret);
+    journal.settle();
+    const auto exchange = store::findExchange(database_, 1);
+    ASSERT_TRUE(exchange);
+    EXPECT_EQ(exchange->reply.find_first_not_of('x'), std::string::npos);
+    EXPECT_EQ(exchange->bytesIn, journal::kLongestText + 20);
+}
+
+// Nothing is written on the way of an answer.
+TEST_F(JournalAlone, WritesWhenItsTurnComes)
+{
+    std::vector<std::function<void()>> turns;
+    std::mutex mutex;
+    journal::Journal journal(database_, [&](std::function<void()> write) {
+        const std::lock_guard lock(mutex);
+        turns.push_back(std::move(write));
+    });
+    for (int i = 0; i < 100; ++i) post(journal, "cmd=fly", "<kznapi/>");
+    const auto turn = [&] {
+        const std::lock_guard lock(mutex);
+        return turns.empty() ? nullptr : std::exchange(turns.front(), nullptr);
+    };
+    EXPECT_EQ(store::exchangeTotals(database_).count, 0);
+    std::function<void()> write;
+    while (!write) write = turn();
+    write();
+    EXPECT_GT(store::exchangeTotals(database_).count, 0);
+}
+
+TEST_F(JournalAlone, IsTakenByManyThreadsAndKeepsAllAtItsEnd)
+{
+    std::vector<std::thread> threads;
+    {
+        journal::Journal journal(database_, never);
+        for (int i = 0; i < 4; ++i) {
+            threads.emplace_back([&journal] {
+                for (int k = 0; k < 250; ++k) post(journal, "cmd=fly", "<kznapi/>");
+            });
+        }
+        for (std::thread& each : threads) each.join();
+    }
+    const store::ExchangeTotals totals = store::exchangeTotals(database_);
+    EXPECT_EQ(totals.count, 1000);
+    EXPECT_EQ(totals.last, 1000);
+}
+
+// More than it lets wait.
+TEST_F(JournalAlone, MuchAtOnceIsRead)
+{
+    journal::Journal journal(database_, never);
+    const std::string form = "cmd=fly&xml=" + std::string(4'000'000, 'x');
+    for (int i = 0; i < 20; ++i) post(journal, form, "<kznapi/>");
+    journal.settle();
+    EXPECT_EQ(journal.totals().count, 20);
+    EXPECT_EQ(store::findExchange(database_, 20)->bytesOut, form.size());
+}
+
+TEST_F(JournalAlone, ALongReplyIsHeardAsFarAsItIsKept)
+{
+    http::Response response;
+    response.body.assign(4 * journal::kLongestText, 'x');
+    const journal::Heard heard = journal::heardOf({"POST", "/kznconnect/op.do", "", "cmd=fly"}, response);
+    EXPECT_LE(journal::sizeOf(heard), journal::kLongestText + 100);
+    EXPECT_EQ(heard.bytesIn, 4 * journal::kLongestText);
+    EXPECT_EQ(journal::exchangeOf(heard).reply, std::string(journal::kLongestText, 'x'));
+}
+
+// Whatever a field holds, the list of fields is JSON.
+TEST_F(JournalAlone, FieldsAreReadAsTheyWere)
+{
+    const std::string odd = "\"quoted\\ \x01\n\x7F \xC3\xA4 \xE2\x82\xAC";
+    http::Request request{"POST", "/kznconnect/op.do", "", "cmd=fly&where=" + odd + "&id=plain&page="};
+    const Json fields = Json::parse(journal::exchangeOf(journal::heardOf(std::move(request), {})).fields);
+    const Json expected = Json::array({Json::array({"cmd", "fly"}), Json::array({"where", odd}),
+                                       Json::array({"id", "plain"}), Json::array({"page", ""})});
+    EXPECT_EQ(fields, expected);
+}
+
+TEST_F(JournalAlone, ADataFileThatCannotTakeItStopsNobody)
+{
+    journal::Journal journal(database_, never);
+    database_.script("ALTER TABLE exchange RENAME TO elsewhere");
+    post(journal, "cmd=fly", "<kznapi/>");
+    journal.settle();
+    EXPECT_EQ(journal.totals().count, 0);
+    database_.script("ALTER TABLE elsewhere RENAME TO exchange");
+    post(journal, "cmd=fly", "<kznapi/>");
+    journal.settle();
+    EXPECT_EQ(journal.totals().count, 1);
+    EXPECT_TRUE(store::findExchange(database_, 2));
+}
+
+}  // namespace
+
+}  // namespace service::test
