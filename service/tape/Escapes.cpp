@@ -16,14 +16,21 @@ constexpr std::array<std::pair<char, char>, 5> kEscapes{
     {{'s', ' '}, {'n', '\n'}, {'r', '\r'}, {'t', '\t'}, {'\\', '\\'}}};
 constexpr long long kMostPlaceholders = 1'000'000;
 
-std::string escapeOf(char c)
+Unit escapeOf(char c)
 {
     for (const auto& [name, meant] : kEscapes) {
-        if (meant == c && c != ' ') return {'\\', name};
+        if (meant == c && c != ' ') return {{'\\', name}, 2, 1};
     }
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     const auto byte = static_cast<unsigned char>(c);
-    return {'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0x0FU]};
+    return {{'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0x0FU]}, 4, 1};
+}
+
+// Control characters beyond ASCII, and what an editor shows as nothing, would not survive a reader's eye.
+bool isShown(std::uint32_t character)
+{
+    return character >= 0xA1 && character != 0xAD && character != 0xFEFF &&
+           (character < 0x2000 || character > 0x206F) && isXmlCharacter(character);
 }
 
 // The byte of the escape behind a backslash; cuts the escape off.
@@ -122,24 +129,26 @@ void appendUnescaped(Template& out, std::string_view text, std::size_t line)
     append(out, std::move(literal));
 }
 
-std::string takeEscaped(std::string_view& text)
+Unit unitAt(std::string_view text)
 {
-    std::uint32_t character = 0;
-    const std::size_t length = sequenceLength(text, character);
-    // Control characters beyond ASCII, and what an editor shows as nothing, would not survive a reader's eye.
-    const bool shown = length > 1 && character >= 0xA1 && character != 0xAD && character != 0xFEFF &&
-                       (character < 0x2000 || character > 0x206F) && isXmlCharacter(character);
     const char c = text.front();
-    const bool plain = c >= ' ' && c <= '~' && c != '\\' && c != '{' && c != '}';
-    std::string out = shown ? std::string(text.substr(0, length)) : plain ? std::string(1, c) : escapeOf(c);
-    text.remove_prefix(shown ? length : 1);
-    return out;
+    if (c >= ' ' && c <= '~' && c != '\\' && c != '{' && c != '}') return {{c}, 1, 1};
+    std::uint32_t character = 0;
+    const std::size_t length = static_cast<unsigned char>(c) < 0x80U ? 1 : sequenceLength(text, character);
+    if (length <= 1 || !isShown(character)) return escapeOf(c);
+    Unit unit{{}, length, length};
+    text.copy(unit.written.data(), length);
+    return unit;
 }
 
 std::string escaped(std::string_view text)
 {
     std::string out;
-    while (!text.empty()) out += takeEscaped(text);
+    while (!text.empty()) {
+        const Unit unit = unitAt(text);
+        out += unit.text();
+        text.remove_prefix(unit.taken);
+    }
     return out;
 }
 

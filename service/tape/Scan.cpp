@@ -1,6 +1,7 @@
 #include "service/tape/Scan.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <tuple>
 #include <utility>
@@ -32,9 +33,18 @@ bool isWordCharacter(char c)
     return std::isalnum(static_cast<unsigned char>(c)) != 0;
 }
 
+// Looked up, for a picture has millions of bytes.
+constexpr std::array<bool, 256> kTokenCharacters = [] {
+    std::array<bool, 256> all{};
+    for (const char c : std::string_view("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz-_.:")) {
+        all.at(static_cast<unsigned char>(c)) = true;
+    }
+    return all;
+}();
+
 bool isTokenCharacter(char c)
 {
-    return isWordCharacter(c) || std::string_view("-_.:").find(c) != std::string_view::npos;
+    return kTokenCharacters[static_cast<unsigned char>(c)];
 }
 
 std::string_view runAt(std::string_view text, std::size_t at)
@@ -185,6 +195,10 @@ std::vector<Token> tokensOf(std::string_view text)
 {
     std::vector<Token> tokens;
     for (std::size_t at = 0; at < text.size();) {
+        if (text[at] != '%' && !isTokenCharacter(text[at])) {
+            ++at;
+            continue;
+        }
         const std::size_t escape = isEscape(text.substr(at)) ? 3 : 0;
         const std::string_view run = escape > 0 ? std::string_view() : runAt(text, at);
         const std::string_view token = withoutStops(run);

@@ -175,6 +175,7 @@ void Scribe::forgetIdentifiersWith(const Hidden& hidden)
 void Scribe::askFor(std::string_view text)
 {
     for (const Token& token : tokensOf(text)) {
+        if (!couldIdentify(token.text)) continue;
         const bool hidden = std::ranges::find(hidden_, token.text, &Hidden::value) != hidden_.end();
         if (!token.isTag && !hidden && met_.contains(token.text) && !identifiers_.contains(token.text)) {
             identifiers_.emplace(token.text, ++lastIdentifier_);

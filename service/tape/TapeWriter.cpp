@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "service/tape/Escapes.h"
 #include "service/tape/Tape.h"
@@ -16,7 +17,7 @@ public:
     explicit Lines(std::string& out) : out_(out) {}
 
     // Puts what stands together; a line never begins or ends with a blank that counts, nor begins like a comment.
-    void put(std::string unit)
+    void put(std::string_view unit)
     {
         if (column_ + unit.size() > kWidth) breakLine(0);
         if (column_ == 0) {
@@ -44,6 +45,21 @@ private:
     std::size_t indent_ = 0;
 };
 
+// What a line is never broken before, and no element begins or ends with.
+constexpr std::array<bool, 256> kOrdinary = [] {
+    std::array<bool, 256> all{};
+    all.fill(true);
+    for (const char c : {'<', '>', '&', '%'}) all.at(static_cast<unsigned char>(c)) = false;
+    return all;
+}();
+
+std::size_t ordinaryLength(std::string_view text)
+{
+    std::size_t length = 0;
+    while (length < text.size() && kOrdinary[static_cast<unsigned char>(text[length])]) ++length;
+    return length;
+}
+
 // Where a line of a text is best broken: before a form's fields, and between the elements of XML.
 class Layout {
 public:
@@ -52,12 +68,15 @@ public:
     void literal(std::string_view text)
     {
         while (!text.empty()) {
+            // A picture has millions of bytes, and few of the others.
+            const std::size_t ordinary = ordinaryLength(text);
+            put(text.substr(0, ordinary));
+            text.remove_prefix(ordinary);
+            if (text.empty()) return;
             breakBefore(text);
             if (isXml_) count(text);
-            const std::string_view all = text;
-            std::string unit = takeEscaped(text);
-            lines_.put(std::move(unit));
-            remember(all.substr(0, all.size() - text.size()));
+            put(text.substr(0, 1));
+            text.remove_prefix(1);
         }
     }
 
@@ -89,9 +108,19 @@ private:
         else if (closes && depth_ > 0) --depth_;
     }
 
+    void put(std::string_view text)
+    {
+        remember(text);
+        while (!text.empty()) {
+            const Unit unit = unitAt(text);
+            lines_.put(unit.text());
+            text.remove_prefix(unit.taken);
+        }
+    }
+
     void remember(std::string_view written)
     {
-        before_ += written;
+        before_ += written.substr(written.size() - std::min(written.size(), kRemembered));
         if (before_.size() > kRemembered) before_.erase(0, before_.size() - kRemembered);
     }
 
