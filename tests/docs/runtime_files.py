@@ -19,12 +19,13 @@ def output(*command):
     return subprocess.run([str(word) for word in command], check=True, stdout=subprocess.PIPE, text=True).stdout
 
 
-def rows(page):
-    """(options, DLLs) of each row; words without code are no option and no DLL."""
+def rows(page, bits):
+    """(options, DLLs) of each row; words without code are no option and no DLL, and some DLLs are for one width alone."""
     lines = page[page.index(HEADING):].split("\n\n")[0].split("\n")
     for line in lines[2:]:
         options, needed = line.strip("|").split("|")
-        yield re.findall(r"-static[\w+-]*", options), set(re.findall(r"[\w+-]+\.dll", needed))
+        needed = re.findall(r"`([\w+-]+\.dll)`(?: \((\d+) bits\))?", needed)
+        yield re.findall(r"-static[\w+-]*", options), {name for name, width in needed if width in ("", bits)}
 
 
 def needed_by(compiler, program):
@@ -54,7 +55,8 @@ def main():
         found = needed_by(arguments.compiler, arguments.built / f"bin/{name}.dll")
         wrong += len(found)
         print(f"{name}.dll: needs {sorted(found)}")
-    table = list(rows((ROOT / PAGE).read_text(encoding="utf-8")))
+    bits = "64" if Path(arguments.compiler).name.startswith("x86_64") else "32"
+    table = list(rows((ROOT / PAGE).read_text(encoding="utf-8"), bits))
     wrong += not table
     for options, told in table:
         source = ROOT / "tests/package/host/main.cpp"
