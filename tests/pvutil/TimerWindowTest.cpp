@@ -260,20 +260,25 @@ TEST(TimerWindow, TickMayDestroyItsOwnWindow)
 TEST(TimerWindow, TickMayDestroyTheWindowsThatAreDueToo)
 {
     std::vector<std::unique_ptr<Owner>> owners;
-    int ticks = 0;
+    std::optional<int> first;
+    int others = 0;
     for (int number = 0; number < 5; ++number) {
         owners.push_back(std::make_unique<Owner>());
         owners.back()->create();
         owners.back()->onTick = [&, number] {
-            ++ticks;
+            // On a slow machine the one that is left may be due again.
+            if (first && *first != number) ++others;
+            first = number;
             for (int other = 0; other < 5; ++other)
                 if (other != number) owners[static_cast<std::size_t>(other)].reset();
         };
         owners.back()->window.setTimer(1, 10);
     }
     std::this_thread::sleep_for(60ms);
-    EXPECT_EQ(DispatchPendingMessages(), 1);
-    EXPECT_EQ(ticks, 1);
+    EXPECT_GT(DispatchPendingMessages(), 0);
+    EXPECT_TRUE(first);
+    pumpFor(30ms);
+    EXPECT_EQ(others, 0);
 }
 
 TEST(TimerWindow, TickMayDispatchItself)
