@@ -53,6 +53,18 @@ function(pv_build_expat)
     pv_harden(pvwapi_expat)
 endfunction()
 
+# pv_judge_expat_code(<result>): empty where it can be linked into a shared library.
+function(pv_judge_expat_code result)
+    set(${result} "" PARENT_SCOPE)
+    if(NOT WIN32)
+        try_compile(isLinked ${PROJECT_BINARY_DIR}/expat-shared ${PROJECT_SOURCE_DIR}/cmake/expat-features.c
+            COMPILE_DEFINITIONS -fPIC LINK_OPTIONS -shared LINK_LIBRARIES expat::expat)
+        if(NOT isLinked)
+            set(${result} "no shared library can be built with it" PARENT_SCOPE)
+        endif()
+    endif()
+endfunction()
+
 # pv_judge_expat(<result>): empty where the installed expat can take the place of that, else what keeps it from it.
 function(pv_judge_expat result)
     find_package(expat CONFIG QUIET)
@@ -73,6 +85,8 @@ function(pv_judge_expat result)
             set(fault "no program can be built with it")
         elseif(NOT status EQUAL 0 AND NOT fault)
             set(fault "a program with it cannot be run: ${status}")
+        elseif(NOT fault)
+            pv_judge_expat_code(fault)
         endif()
     endif()
     if(fault)
@@ -86,9 +100,10 @@ function(pv_use_installed_expat)
     if(fault)
         message(FATAL_ERROR "expat's source is not in ${PVWAPI_EXPAT_SOURCE}, and ${fault}. "
             "scripts/setup fetches the source; PVWAPI_EXPAT_SOURCE says where it is already, "
-            "${PVWAPI_EXPAT_OLDEST} or later. Installed, it has to be static, of 8-bit characters, "
-            "without document types, general entities and context (EXPAT_SHARED_LIBS=OFF EXPAT_CHAR_TYPE=char "
-            "EXPAT_DTD=OFF EXPAT_GE=OFF EXPAT_CONTEXT_BYTES=OFF)")
+            "${PVWAPI_EXPAT_OLDEST} or later. Installed, it has to be static, for shared libraries, of 8-bit characters, "
+            "without document types, general entities and context (EXPAT_SHARED_LIBS=OFF "
+            "CMAKE_POSITION_INDEPENDENT_CODE=ON EXPAT_CHAR_TYPE=char EXPAT_DTD=OFF EXPAT_GE=OFF "
+            "EXPAT_CONTEXT_BYTES=OFF)")
     endif()
     message(STATUS "expat ${expat_VERSION}, installed")
     add_library(pvwapi_expat INTERFACE)

@@ -1,0 +1,87 @@
+# Configures, builds, tests and installs `parent`, a project with the library as a part of it.
+cmake_minimum_required(VERSION 3.25)
+cmake_path(SET library NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../..)
+
+file(REMOVE_RECURSE ${work})
+set(choices -G ${generator} -D library=${library} -D CMAKE_BUILD_TYPE=Debug -D CMAKE_UNITY_BUILD=ON
+    -D "CMAKE_C_COMPILER_LAUNCHER=${launcher}"
+    -D "CMAKE_CXX_COMPILER_LAUNCHER=${launcher}")
+if(toolchain)
+    list(APPEND choices -D CMAKE_TOOLCHAIN_FILE=${toolchain})
+else()
+    list(APPEND choices -D CMAKE_CXX_COMPILER=${compiler} -D CMAKE_CXX_FLAGS=${flags} -D CMAKE_C_FLAGS=${flags})
+endif()
+
+function(run)
+    execute_process(COMMAND ${ARGN} COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# Its own program is there, the library's two programs for it work, and installed is its own and nothing else.
+function(expect_use way)
+    set(build ${work}/${way})
+    run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/parent -B ${build} ${choices} -D way=${way} ${ARGN})
+    run(${CMAKE_COMMAND} --build ${build})
+    execute_process(COMMAND ${CMAKE_CTEST_COMMAND} --test-dir ${build} --output-on-failure OUTPUT_VARIABLE tested)
+    if(NOT tested MATCHES "100% tests passed, 0 tests failed out of 1\n")
+        message(SEND_ERROR "${way}: not the parent's one test alone: ${tested}")
+    endif()
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env PVWAPI_BASE_URL=http://127.0.0.1:1/kznconnect/op.do
+        ${emulator} ${build}/programs/host_in_c${suffix} RESULT_VARIABLE status ERROR_VARIABLE said)
+    if(NOT status EQUAL 1 OR NOT said MATCHES "Unable to connect")
+        message(SEND_ERROR "${way}: the C interface ends with ${status} and says: ${said}")
+    endif()
+    run(${CMAKE_COMMAND} --install ${build} --prefix ${build}/installed)
+    file(GLOB_RECURSE files RELATIVE ${build}/installed ${build}/installed/*)
+    if(NOT files STREQUAL "bin/host${suffix}")
+        message(SEND_ERROR "${way}: the library is installed along with the parent: ${files}")
+    endif()
+endfunction()
+
+# What CMake says, its lines joined.
+function(configure result)
+    execute_process(COMMAND ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/parent -B ${work}/refused ${choices}
+        -D way=add_subdirectory ${ARGN} RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE said)
+    file(REMOVE_RECURSE ${work}/refused)
+    string(REGEX REPLACE "[ \n]+" " " said "${said}")
+    set(${result} "status=${status} ${said}" PARENT_SCOPE)
+endfunction()
+
+function(expect_refusal reason)
+    configure(said ${ARGN})
+    if(said MATCHES "^status=0" OR NOT said MATCHES "${reason}")
+        message(SEND_ERROR "not refused because ${reason}: ${said}")
+    endif()
+endfunction()
+
+# install_expat(<name> <option>...): by its own project, into ${work}/<name>.
+function(install_expat name)
+    run(${CMAKE_COMMAND} -S ${expat} -B ${work}/${name}-build ${choices} -D CMAKE_INSTALL_PREFIX=${work}/${name}
+        -D CMAKE_INSTALL_LIBDIR=lib -D EXPAT_BUILD_DOCS=OFF -D EXPAT_BUILD_EXAMPLES=OFF -D EXPAT_BUILD_TESTS=OFF
+        -D EXPAT_BUILD_TOOLS=OFF -D EXPAT_ENABLE_INSTALL=ON ${ARGN})
+    run(${CMAKE_COMMAND} --build ${work}/${name}-build --target install)
+endfunction()
+
+set(nowhere ${work}/nowhere)
+set(no_source -D PVWAPI_EXPAT_SOURCE=${nowhere})
+
+expect_refusal("source is not in ${nowhere}, and no CMake package of expat is found.*scripts/setup.*PVWAPI_EXPAT_SOURCE"
+    ${no_source} -D CMAKE_DISABLE_FIND_PACKAGE_expat=ON)
+
+set(old_header ${work}/old/lib/expat.h)
+file(WRITE ${old_header} "#define XML_MAJOR_VERSION 2\n#define XML_MINOR_VERSION 7\n#define XML_MICRO_VERSION 9\n")
+expect_refusal("expat 2.7.9 is too old: 2.8.3 or later is needed" -D PVWAPI_EXPAT_SOURCE=${work}/old)
+
+install_expat(shared)
+expect_refusal("of another build: it is no static library" ${no_source} -D expat_ROOT=${work}/shared)
+set(position_independent -D EXPAT_SHARED_LIBS=OFF -D CMAKE_POSITION_INDEPENDENT_CODE=ON)
+install_expat(whole ${position_independent})
+expect_refusal("of another build: it reads document types" ${no_source} -D expat_ROOT=${work}/whole)
+set(small -D EXPAT_CHAR_TYPE=char -D EXPAT_DTD=OFF -D EXPAT_GE=OFF -D EXPAT_CONTEXT_BYTES=OFF)
+if(NOT toolchain)
+    install_expat(fixed -D EXPAT_SHARED_LIBS=OFF ${small})
+    expect_refusal("of another build: no shared library can be built" ${no_source} -D expat_ROOT=${work}/fixed)
+endif()
+
+install_expat(wanted ${position_independent} ${small})
+expect_use(add_subdirectory -D PVWAPI_EXPAT_SOURCE=${expat})
+expect_use(FetchContent ${no_source} -D expat_ROOT=${work}/wanted)
