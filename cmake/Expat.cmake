@@ -100,8 +100,8 @@ function(pv_use_installed_expat)
     if(fault)
         message(FATAL_ERROR "expat's source is not in ${PVWAPI_EXPAT_SOURCE}, and ${fault}. "
             "scripts/setup fetches the source; PVWAPI_EXPAT_SOURCE says where it is already, "
-            "${PVWAPI_EXPAT_OLDEST} or later. Installed, it has to be static, for shared libraries, of 8-bit characters, "
-            "without document types, general entities and context (EXPAT_SHARED_LIBS=OFF "
+            "${PVWAPI_EXPAT_OLDEST} or later. Installed, it has to be static, fit for a shared library, of 8-bit "
+            "characters, without document types, general entities and context (EXPAT_SHARED_LIBS=OFF "
             "CMAKE_POSITION_INDEPENDENT_CODE=ON EXPAT_CHAR_TYPE=char EXPAT_DTD=OFF EXPAT_GE=OFF "
             "EXPAT_CONTEXT_BYTES=OFF)")
     endif()

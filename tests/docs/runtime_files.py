@@ -20,7 +20,7 @@ def output(*command):
 
 
 def rows(page, bits):
-    """(options, DLLs) of each row; words without code are no option and no DLL, and some DLLs are for one width alone."""
+    """(options, DLLs) of each row; words without code are no option and no DLL. Some DLLs are for one width alone."""
     lines = page[page.index(HEADING):].split("\n\n")[0].split("\n")
     for line in lines[2:]:
         options, needed = line.strip("|").split("|")
