@@ -5,17 +5,26 @@
 
 #include "tests/memory/FailingHeap.h"
 
-extern "C" {
-void* systemAllocate(std::size_t bytes) noexcept __asm__("___real_malloc");
-void* systemAllocateZeroed(std::size_t count, std::size_t bytes) noexcept __asm__("___real_calloc");
-void* systemResize(void* block, std::size_t bytes) noexcept __asm__("___real_realloc");
-void systemRelease(void* block) noexcept __asm__("___real_free");
+// What this word size's compiler puts before the name of a function.
+#define PV_TEXT_OF(prefix) #prefix
+#define PV_TEXT(prefix) PV_TEXT_OF(prefix)
+#define PV_LINKED_AS(name) __asm__(PV_TEXT(__USER_LABEL_PREFIX__) name)
 
-void* ownAllocate(std::size_t bytes) noexcept __asm__("___wrap_malloc");
-void* ownAllocateZeroed(std::size_t count, std::size_t bytes) noexcept __asm__("___wrap_calloc");
-void* ownResize(void* block, std::size_t bytes) noexcept __asm__("___wrap_realloc");
-void ownRelease(void* block) noexcept __asm__("___wrap_free");
+extern "C" {
+void* systemAllocate(std::size_t bytes) noexcept PV_LINKED_AS("__real_malloc");
+void* systemAllocateZeroed(std::size_t count, std::size_t bytes) noexcept PV_LINKED_AS("__real_calloc");
+void* systemResize(void* block, std::size_t bytes) noexcept PV_LINKED_AS("__real_realloc");
+void systemRelease(void* block) noexcept PV_LINKED_AS("__real_free");
+
+void* ownAllocate(std::size_t bytes) noexcept PV_LINKED_AS("__wrap_malloc");
+void* ownAllocateZeroed(std::size_t count, std::size_t bytes) noexcept PV_LINKED_AS("__wrap_calloc");
+void* ownResize(void* block, std::size_t bytes) noexcept PV_LINKED_AS("__wrap_realloc");
+void ownRelease(void* block) noexcept PV_LINKED_AS("__wrap_free");
 }
+
+#undef PV_LINKED_AS
+#undef PV_TEXT
+#undef PV_TEXT_OF
 
 using namespace kzn::test;
 
