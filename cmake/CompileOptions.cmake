@@ -22,7 +22,7 @@ add_link_options(-Wl,--gc-sections)
 if(WIN32)
     # The same sources give the same file.
     add_link_options(-Wl,--no-insert-timestamp)
-elseif(NOT PVWAPI_BUILD_FUZZERS)
+elseif(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     # The library is whole: a missing piece shows when it is linked, not when a host loads it. (The names of clang's
     # sanitizers stand in the program alone.)
     add_link_options(-Wl,--no-undefined)

@@ -68,6 +68,7 @@ endfunction()
 # pv_judge_expat(<result>): empty where the installed expat can take the place of that, else what keeps it from it.
 function(pv_judge_expat result)
     find_package(expat CONFIG QUIET)
+    set(expat_VERSION "${expat_VERSION}" PARENT_SCOPE)
     if(NOT expat_FOUND)
         set(${result} "no CMake package of expat is found either" PARENT_SCOPE)
         return()

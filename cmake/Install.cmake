@@ -14,6 +14,10 @@ if(PVWAPI_INSTALL)
         set(CMAKE_INSTALL_LIBDIR lib CACHE STRING "Folder of libraries in the installed package")
     endif()
     include(GNUInstallDirs)
+    if(NOT PROJECT_IS_TOP_LEVEL)
+        # The documents of the whole have a folder of their own, with a licence of their own in it.
+        set(CMAKE_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/pvWapi)
+    endif()
     set(CMAKE_INSTALL_RPATH $ORIGIN $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
 endif()
 
