@@ -23,7 +23,8 @@ work=$build/package-$target
 tree=$work/build
 package=$work/$name
 # The linker and the tools that split a file write this as its date.
-export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
+SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(last_change .)}
+export SOURCE_DATE_EPOCH
 
 # Paths stay whole here, so that the compiler can take from each what names this machine.
 unset CCACHE_BASEDIR

@@ -66,6 +66,10 @@ install_packages()
         "${missing[@]}" || fail "these Debian packages cannot be installed: ${missing[*]}"
 }
 
+# last_change FOLDER: when its files were changed last, in seconds since 1970: its last commit, or, where there are no
+# commits, the change that was written down last.
+last_change() { git -C "$1" log -1 --format=%ct 2>/dev/null || stat --format=%Y "$1/CHANGELOG.md"; }
+
 # take_lock NAME: the rest of the script runs alone in this clone; a second run waits.
 take_lock()
 {
