@@ -9,7 +9,8 @@ function(pv_ship_licence name text)
         return()
     endif()
     if(NOT EXISTS ${text})
-        message(FATAL_ERROR "${text}, the licence of ${name}, is missing, and the package cannot be shipped without it. "
+        message(FATAL_ERROR
+            "${text}, the licence of ${name}, is missing, and the package cannot be shipped without it. "
             "PVWAPI_EXPAT_LICENCE names expat's, and PVWAPI_COPYRIGHTS the folder of the others")
     endif()
     foreach(component ${ARGN})
