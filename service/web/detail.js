@@ -1,6 +1,6 @@
 // One exchange: its facts, its fields decoded, its XML in colours; and two side by side.
 
-import { element, shown, timeText, tookText } from "./dom.js";
+import { element, replaceChildren, shown, timeText, tookText } from "./dom.js";
 import { compared } from "./difference.js";
 
 const MOST_COLOURED = 300_000;
@@ -81,7 +81,7 @@ function fieldsOf(exchange) {
 export const titleOf = (exchange) => `Exchange ${exchange.number}: ${exchange.operation}`;
 
 export function showExchange(place, exchange, buttons) {
-  place.replaceChildren(
+  replaceChildren(place,
     element("h2", { tabindex: "-1", dir: "auto" }, titleOf(exchange)),
     element("div", { class: "buttons" }, buttons),
     outcomeOf(exchange), factsOf(exchange), ...fieldsOf(exchange),
@@ -122,7 +122,7 @@ function comparedRow({ kind, left, right, count }) {
 export function showCompared(place, left, right, buttons) {
   const rows = compared(linesOf(left), linesOf(right));
   const differences = rows.filter(({ kind }) => kind !== "same" && kind !== "equal").length;
-  place.replaceChildren(
+  replaceChildren(place,
     element("h2", { tabindex: "-1" }, `Exchanges ${left.number} and ${right.number}: ${differences} lines differ`),
     element("div", { class: "buttons" }, buttons),
     element("table", { class: "compare" },

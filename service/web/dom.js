@@ -22,6 +22,29 @@ export function byID(id) {
   return document.getElementById(id);
 }
 
+const HOLDERS = "button, summary, input, select, textarea, a, [tabindex]";
+
+// By which what takes the place of an element is known again.
+function nameOf(node) {
+  if (/^H\d$/.test(node.tagName)) return node.tagName;
+  return `${node.tagName} ${node.closest("[data-id]")?.dataset.id ?? node.textContent}`;
+}
+
+// Puts new children in a place. The focus goes to the one that stands now for what had it, or to what is next to it:
+// never to the page, where a keyboard and a screen reader would begin anew.
+export function replaceChildren(place, ...children) {
+  const active = document.activeElement;
+  const had = active !== place && place.contains(active) ? active : null;
+  const name = had && nameOf(had);
+  const like = () => [...place.querySelectorAll(HOLDERS)].filter((each) => nameOf(each) === name);
+  const at = had ? like().indexOf(had) : 0;
+  place.replaceChildren(...children);
+  if (!had) return;
+  const next = like().at(Math.min(at, like().length - 1)) ?? place.querySelector(HOLDERS) ??
+    place.parentElement.querySelector(HOLDERS);
+  (next ?? place).focus({ preventScroll: true });
+}
+
 export function table(caption, columns, rows) {
   return element("table", {},
     element("caption", {}, caption),

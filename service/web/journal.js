@@ -1,7 +1,7 @@
 // The journal: everything that is kept, and what comes while the page is open.
 
 import { ask, follow, Refused } from "./api.js";
-import { byID, counted, element, settled } from "./dom.js";
+import { byID, counted, element, replaceChildren, settled } from "./dom.js";
 import { showCompared, showExchange } from "./detail.js";
 import { ExchangeList, spoken } from "./list.js";
 
@@ -79,11 +79,15 @@ export class Journal {
 
   take(name, data) {
     if (name === "begin") {
-      if (data.last < this.last) this.reload();
-      else this.load(this.run);
+      if (data.last < this.last) {
+        this.kept = null;
+        this.list.forget();
+        this.reload();
+      } else this.load(this.run);
     } else if (name === "cleared") {
       this.run += 1;
-      this.list.set([]);
+      this.kept = null;
+      this.list.forget();
       this.showNothing();
       this.say("cleared");
     } else if (name === "exchange") {
@@ -134,7 +138,7 @@ export class Journal {
   }
 
   showNothing() {
-    this.detail.replaceChildren(element("p", {}, "Choose an exchange to read it."));
+    replaceChildren(this.detail, element("p", {}, "Choose an exchange to read it."));
   }
 
   async show(exchange) {
@@ -143,8 +147,8 @@ export class Journal {
       if (this.list.current?.number !== exchange.number) return;
       if (this.kept && this.kept.number !== whole.number) return this.compare(whole);
       showExchange(this.detail, whole, [this.button("Compare with another", () => this.keep(whole)),
-        this.button("Newer", () => this.list.choose(this.list.chosen + 1)),
-        this.button("Older", () => this.list.choose(this.list.chosen - 1))]);
+        this.button("Newer", () => this.list.step(1)),
+        this.button("Older", () => this.list.step(-1))]);
     } catch (error) {
       this.detail.replaceChildren(element("p", { class: "problem", role: "alert" }, error.message));
     }

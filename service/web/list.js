@@ -26,6 +26,7 @@ export class ExchangeList {
   constructor(place, label, { onChoose, onRead, onKeep }) {
     this.items = [];
     this.chosen = -1;
+    this.missed = undefined; // the number of the one that was chosen, while the list does not hold it
     this.kept = null;
     this.prefix = place.id;
     this.onChoose = onChoose;
@@ -49,18 +50,34 @@ export class ExchangeList {
     return this.box.scrollTop + this.box.clientHeight >= this.spacer.offsetHeight - ROW;
   }
 
-  // Puts a whole new list in place; who was chosen stays so where it is still there.
+  // Puts a whole new list in place; the one that was chosen stays so where it is still there, or as soon as it is.
   set(items) {
-    const number = this.current?.number;
+    this.missed = this.current?.number ?? this.missed;
     this.items = items;
-    this.chosen = number === undefined ? -1 : items.findIndex((item) => item.number === number);
+    this.chosen = -1;
+    this.findMissed();
     this.redraw();
     this.box.scrollTop = items.length * ROW;
+  }
+
+  findMissed() {
+    if (this.missed === undefined) return;
+    this.chosen = this.items.findIndex((item) => item.number === this.missed);
+    if (this.chosen >= 0) this.missed = undefined;
+  }
+
+  // Nothing is left that could be chosen again or compared.
+  forget() {
+    this.chosen = -1;
+    this.missed = undefined;
+    this.kept = null;
+    this.set([]);
   }
 
   add(items, most) {
     const stays = this.isAtEnd();
     this.items.push(...items);
+    this.findMissed();
     const over = this.items.length - most;
     if (over > 0) {
       this.items.splice(0, over);
@@ -120,8 +137,17 @@ export class ExchangeList {
     else this.box.removeAttribute("aria-activedescendant");
   }
 
+  // The one behind, or the one before, also of one that the list does not hold.
+  step(by) {
+    if (this.missed === undefined) return this.choose(this.chosen + by);
+    const behind = this.items.findIndex((item) => item.number > this.missed);
+    const at = behind < 0 ? this.items.length : behind;
+    this.choose(by > 0 ? at : at - 1);
+  }
+
   choose(index) {
     if (this.items.length === 0) return;
+    this.missed = undefined;
     this.chosen = Math.max(0, Math.min(this.items.length - 1, index));
     const top = this.chosen * ROW;
     if (top < this.box.scrollTop) this.box.scrollTop = top;

@@ -54,7 +54,15 @@ byID("search").addEventListener("keydown", (event) => {
   if (event.key === "ArrowDown") byID("exchanges").querySelector("[role=listbox]").focus();
 });
 
+let isFollowed = false;
+
+function follow() {
+  isFollowed = true;
+  journal.watch();
+}
+
 function askForToken(problem = "") {
+  isFollowed = false;
   byID("ask-error").textContent = problem;
   byID("ask").showModal();
 }
@@ -62,9 +70,17 @@ function askForToken(problem = "") {
 byID("ask").querySelector("form").addEventListener("submit", (event) => {
   event.preventDefault();
   setToken(byID("token").value.trim());
+  isFollowed = true;
   byID("ask").close();
-  journal.watch();
+  follow();
 });
 
-if (takeToken()) journal.watch();
+// Whoever closes it without a token can open it again.
+byID("ask").addEventListener("close", () => {
+  byID("connect").hidden = isFollowed;
+  if (!isFollowed) byID("connect").focus();
+});
+byID("connect").addEventListener("click", () => askForToken());
+
+if (takeToken()) follow();
 else askForToken();

@@ -1,7 +1,7 @@
 // What the service holds: users, spaces, invitations, libraries, sessions.
 
 import { ask } from "./api.js";
-import { byID, counted, element, settled, spanText, table, timeText } from "./dom.js";
+import { byID, counted, element, replaceChildren, settled, spanText, table, timeText } from "./dom.js";
 
 const TAB_TYPES = { 1: "discussion", 2: "files" };
 
@@ -19,6 +19,8 @@ function spaceDetails(space, open) {
 export class State {
   constructor() {
     this.place = byID("state");
+    this.parts = [element("div"), element("div")];
+    this.shown = [];
     this.sessions = [];
     this.isShown = false;
     this.refreshSoon = settled(() => this.isShown && this.refresh(), 250);
@@ -38,19 +40,38 @@ export class State {
     try {
       this.show(await ask("GET", "overview"));
     } catch (error) {
+      this.shown = [];
       this.place.replaceChildren(element("p", { class: "problem", role: "alert" }, error.message));
     }
   }
 
-  // What was open stays open, and the place in the page is kept.
+  // Every call makes a session last longer, and few change anything else: what has not changed is left alone, so that
+  // a reader keeps the place.
   show(told) {
-    const open = new Set([...this.place.querySelectorAll("details[open]")].map((each) => each.dataset.id));
     const at = this.place.scrollTop;
     this.ahead = told.now - Date.now();
-    this.sessions = told.sessions.map((session) => ({ ...session, cell: element("span", {}, "") }));
-    this.place.replaceChildren(
+    const { now, sessions, ...rest } = told;
+    if (this.shown.length === 0) this.place.replaceChildren(...this.parts);
+    [() => this.showSessions(sessions), () => this.showRest(rest)].forEach((show, part) => {
+      const text = JSON.stringify(part === 0 ? sessions : rest);
+      if (this.shown[part] !== text) show();
+      this.shown[part] = text;
+    });
+    this.place.scrollTop = at;
+    this.tick();
+  }
+
+  showSessions(sessions) {
+    this.sessions = sessions.map((session) => ({ ...session, cell: element("span", {}, "") }));
+    this.parts[0].replaceChildren(
       table("Sessions", ["User", "Only for", "Left", "Ends at"], this.sessions.map((session) =>
-        [session.user, session.space, session.cell, timeText(session.expires)])),
+        [session.user, session.space, session.cell, timeText(session.expires)])));
+  }
+
+  // What was open stays open.
+  showRest(told) {
+    const open = new Set([...this.place.querySelectorAll("details[open]")].map((each) => each.dataset.id));
+    replaceChildren(this.parts[1],
       element("h3", {}, `Spaces (${told.spaces.length})`),
       ...told.spaces.map((space) => spaceDetails(space, open.has(space.id))),
       table("Invitations", ["Space", "Invited", "By", "Status", "Ends at"], told.invitations.map((each) =>
@@ -60,8 +81,6 @@ export class State {
       table("Libraries", ["Name", "Owner", "Templates", "Applications", "ID"], told.libraries.map((each) =>
         [each.name, each.owner + (each.ofOrganisation ? ", read by all" : ""), each.templates.join(", "),
           each.applications.join(", "), each.id])));
-    this.place.scrollTop = at;
-    this.tick();
   }
 
   tick() {

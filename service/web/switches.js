@@ -1,7 +1,7 @@
 // The service's clock, what organisations allow, and what is to go wrong.
 
 import { ask } from "./api.js";
-import { byID, element, table, timeText } from "./dom.js";
+import { byID, element, replaceChildren, table, timeText } from "./dom.js";
 
 const UNITS = { seconds: 1, minutes: 60, hours: 3600, days: 86400 };
 const FAULTS = {
@@ -76,7 +76,7 @@ export class Switches {
   }
 
   showPolicy(organisations) {
-    this.policy.replaceChildren(...Object.entries(organisations).map(([id, features]) =>
+    replaceChildren(this.policy, ...Object.entries(organisations).map(([id, features]) =>
       element("fieldset", {}, element("legend", {}, `What ${id} allows`),
         element("div", { class: "switch-list" }, Object.entries(features).map(([feature, allowed]) => {
           const box = element("input", { type: "checkbox", checked: allowed });
@@ -112,8 +112,8 @@ export class Switches {
   }
 
   showFaults({ faults }) {
-    if (faults.length === 0) return this.faults.replaceChildren(element("p", {}, "Nothing goes wrong on purpose."));
-    this.faults.replaceChildren(
+    if (faults.length === 0) return replaceChildren(this.faults, element("p", {}, "Nothing goes wrong on purpose."));
+    replaceChildren(this.faults,
       table("Set now", ["Fault", "Seen", "Struck", ""], faults.map(({ id, seen, struck, ...fault }) =>
         [faultText(fault), String(seen), String(struck), button("Take away", () => this.attempt(async () =>
           this.showFaults(await ask("DELETE", `faults/${id}`))))])),

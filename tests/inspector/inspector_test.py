@@ -136,6 +136,69 @@ class Inspector(unittest.TestCase):
         self.page.key("c")
         self.page.wait("!document.querySelector('#detail .compare')")
 
+    def test_the_keys_keep_their_place_where_something_changes(self):
+        self.open()
+        for name in ("First", "Second", "Third"):
+            self.story.host("spaces", "create", name)
+        self.choose("createSpace")
+        buttons = "[...document.querySelectorAll('#detail button')]"
+        title = self.page.text("#detail h2")
+        self.page.run(f"{buttons}.find((button) => button.textContent === 'Newer').focus()")
+        self.page.key("Enter")
+        self.page.wait(f"document.querySelector('#detail h2').textContent !== {title!r}")
+        self.assertEqual(self.page.run(f"{FOCUS}.textContent"), "Newer")
+        self.page.click("#tab-state")
+        self.page.wait("document.querySelectorAll('#state details').length === 7")
+        self.page.run("document.querySelector('#state summary').focus()")
+        held = self.page.run(f"{FOCUS}.textContent")
+        self.story.host("spaces", "create", "Fourth")
+        self.page.wait("document.querySelectorAll('#state details').length === 8")
+        self.assertEqual(self.page.run(f"{FOCUS}.textContent"), held)
+        for kind in ("close", "refuse"):
+            self.story.control("POST", "faults", {"fault": kind, "operation": "nothing"})
+        self.page.click("#tab-switches")
+        self.page.wait("document.querySelectorAll('#switches td button').length === 2")
+        self.page.run("document.querySelectorAll('#switches td button')[1].focus()")
+        self.page.key("Enter")
+        self.page.wait("document.querySelectorAll('#switches td button').length === 1")
+        self.assertEqual(self.page.run(f"{FOCUS}.textContent"), "Take away")
+        self.page.key("Enter")
+        self.page.wait("document.querySelector('#switches').textContent.includes('Nothing goes wrong on purpose')")
+        self.assertTrue(self.page.run(f"document.querySelector('#switches').contains({FOCUS})"))
+
+    def test_a_choice_outlives_a_filter_and_not_a_clear(self):
+        self.open()
+        for name in ("First", "Second"):
+            self.story.host("spaces", "create", name)
+        self.choose("createSpace")
+        title = self.page.text("#detail h2")
+        number = int(title.split()[1].rstrip(":"))
+        for text, count in (("nothing has this", "0 exchanges found"), ("", "")):
+            self.page.run(f"document.getElementById('search').value = {text!r}")
+            self.page.run("document.getElementById('search').dispatchEvent(new Event('input'))")
+            self.page.wait(f"document.getElementById('count').textContent.startsWith({count!r})")
+        self.page.wait(f"{CHOSEN} && {CHOSEN}.textContent.startsWith('{number}')")
+        self.page.run(f"document.querySelector({LISTBOX!r}).focus()")
+        self.page.key("c")
+        self.page.wait("document.querySelector('#exchanges .kept')")
+        self.story.control("DELETE", "journal")
+        self.page.wait("document.getElementById('count').textContent === 'cleared'")
+        self.story.host("spaces", "list")
+        self.choose("GetWkspList")
+        self.assertFalse(self.page.run("document.querySelector('#detail .compare')"))
+
+    def test_a_token_that_was_not_given_can_still_be(self):
+        self.page.open(self.story.origin + "/")
+        self.page.wait("document.getElementById('ask').open")
+        self.page.key("Escape")
+        self.page.wait(f"{FOCUS}.id === 'connect'")
+        self.page.key("Enter")
+        self.page.wait("document.getElementById('ask').open")
+        self.page.type(TOKEN)
+        self.page.key("Enter")
+        self.page.wait("document.getElementById('connection').textContent === 'live'")
+        self.assertTrue(self.page.run("document.getElementById('connect').hidden"))
+
     def test_every_view_is_reached_by_keys(self):
         self.open()
         for _ in range(20):
