@@ -44,6 +44,13 @@ Response forbidden(const RequestHead& head, const std::string& why)
     return refusal(403, why, exceptionid::kAccessDenied);
 }
 
+constexpr const char* kAnyMethod = "GET, HEAD, POST";
+
+bool isAnyMethod(std::string_view method)
+{
+    return method == "GET" || method == "HEAD" || method == "POST";
+}
+
 }  // namespace
 
 struct Router::Place {
@@ -51,6 +58,14 @@ struct Router::Place {
     bool folder;              // what stands below is meant
     std::string_view method;  // empty where any is taken
     void (Router::*answer)(const ErrandPtr& errand) const;
+
+    // A get whose body stays away is a get.
+    bool takes(std::string_view wanted) const
+    {
+        return method.empty() || method == (wanted == "HEAD" ? "GET" : wanted);
+    }
+
+    std::string methods() const { return method == "GET" ? "GET, HEAD" : std::string(method); }
 };
 
 const Router::Place* Router::placeOf(std::string_view path)
@@ -86,8 +101,10 @@ std::optional<Response> Router::refusalOf(const RequestHead& head) const
     const std::string foreign = control::whyForeign(head, settings_.port);
     if (!foreign.empty()) return forbidden(head, foreign);
     if (control_ != nullptr && head.target.starts_with(control::kControlPath)) return withoutToken(head);
-    if (head.method == "POST" || head.method == "GET" || head.method == "HEAD") return std::nullopt;
-    return wrongMethod("GET, HEAD, POST");
+    const Place* const place = placeOf(pathOf(head.target));
+    const bool any = place == nullptr || place->method.empty();
+    if (any ? isAnyMethod(head.method) : place->takes(head.method)) return std::nullopt;
+    return wrongMethod(any ? kAnyMethod : place->methods());
 }
 
 std::optional<Response> Router::withoutToken(const RequestHead& head) const
@@ -118,13 +135,10 @@ Response Router::answer(const Request& request) const
 void Router::answerLater(Request request, Reply reply) const
 {
     const auto errand = std::make_shared<Errand>(*this, std::move(request), std::move(reply));
-    const std::string& method = errand->request().method;
     const Place* const place = placeOf(pathOf(errand->request().target));
-    const bool isHead = method == "HEAD";  // answered as a get whose body stays away
-    if (place != nullptr && (place->method.empty() || place->method == (isHead ? "GET" : method))) {
-        return (this->*place->answer)(errand);
-    }
-    errand->reply(nothingAt(pathOf(errand->request().target)));
+    if (place == nullptr) return errand->reply(nothingAt(pathOf(errand->request().target)));
+    if (!place->takes(errand->request().method)) return errand->reply(wrongMethod(place->methods()));
+    (this->*place->answer)(errand);
 }
 
 void Router::note(Request request, const Response& response, Moment begun) const

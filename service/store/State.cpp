@@ -190,7 +190,11 @@ void replaceState(Database& database, const Json& state)
     JsonObject lists(document.object("tables"), "\"tables\"");
     document.end();
     clearState(database);
-    for (const Table& table : tablesOf(database)) insertRows(database, table, lists.list(table.name.c_str()));
+    for (const Table& table : tablesOf(database)) {
+        // An empty one stands there, too: who leaves one out has lost it.
+        if (!lists.has(table.name.c_str())) throw JsonError("\"tables\": \"" + table.name + "\" is missing");
+        insertRows(database, table, lists.list(table.name.c_str()));
+    }
     lists.end();
     Rows broken = database.select("SELECT \"table\", parent FROM pragma_foreign_key_check LIMIT 1");
     if (broken.next()) {

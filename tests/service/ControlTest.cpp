@@ -184,6 +184,7 @@ TEST_F(Control, AStateThatDoesNotFitChangesNothing)
         {without([](json& state) { state["format"] = "else"; }), "not a state"},
         {without([](json& state) { state["more"] = 1; }), "\"more\""},
         {without([](json& state) { state["tables"]["more"] = json::array(); }), "\"more\""},
+        {without([](json& state) { state["tables"].erase("tab"); }), "\"tab\" is missing"},
         {without([](json& state) { state["tables"]["user"][1].erase("email"); }), "row 2 of \"user\": \"email\""},
         {without([](json& state) { state["tables"]["user"][0]["email"] = 7; }), "row 1 of \"user\": \"email\""},
         {without([](json& state) { state["tables"]["user"][0]["x"] = "y"; }), "\"x\""},

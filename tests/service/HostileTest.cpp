@@ -1,3 +1,4 @@
+#include <array>
 #include <random>
 
 #include "tests/service/DemoService.h"
@@ -141,8 +142,7 @@ TEST_F(Hostile, NamesThatXmlDoesNotHaveNeitherStayNorComeBack)
 
 TEST_F(Hostile, AnythingElseIsNotFound)
 {
-    for (const std::string target :
-         {"/", "/kznconnect/op.dox", "/kznconnect", "/kznconnect/op.do/", "//kznconnect/op.do"}) {
+    for (const std::string target : {"/kznconnect/op.dox", "/kznconnect", "/kznconnect/op.do/", "//kznconnect/op.do"}) {
         const HttpReply reply = Talk(port_).post(target, "cmd=login");
         EXPECT_EQ(reply.status, 404U) << target;
         EXPECT_FAILURE(reply.body, "KZN:UnknownEndpoint");
@@ -195,6 +195,14 @@ TEST_F(Hostile, AMethodThatIsNotAnsweredIsToldWhichAre)
         const std::string head = headOf(port_, method, "/kznconnect/op.do");
         EXPECT_THAT(head, StartsWith("HTTP/1.1 405"));
         EXPECT_THAT(head, HasSubstr("\r\nAllow: GET, HEAD, POST\r\n"));
+    }
+    for (const auto& [method, path, allowed] :
+         {std::array{"GET", "/kznconnect/upload.do", "POST"}, std::array{"POST", "/ready", "GET, HEAD"},
+          std::array{"DELETE", "/ready", "GET, HEAD"}, std::array{"POST", "/", "GET, HEAD"},
+          std::array{"POST", "/kzndms/icon/a", "GET, HEAD"}}) {
+        const std::string head = headOf(port_, method, path);
+        EXPECT_THAT(head, StartsWith("HTTP/1.1 405")) << method << ' ' << path;
+        EXPECT_THAT(head, HasSubstr(std::string("\r\nAllow: ") + allowed + "\r\n")) << path;
     }
 }
 
