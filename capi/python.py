@@ -8,6 +8,7 @@ import words
 
 FOLDER = "bindings/python/pvwapi"
 HAND = ["_library.py", "_conversion.py", "_client.py", "_asynchronous.py", "__init__.py"]
+ANSWERED = ["NetworkCause", "Method"]  # what the package makes of the library's numbers
 FIELDS = {"CStringT": "Text"}
 TYPES = {"text": "str", "int": "int", "unsigned": "int"}
 IN_C = {"text": "Text", "int": "c_int", "unsigned": "c_uint"}
@@ -80,7 +81,7 @@ def structure(name, members, names, has_list):
 
 
 def enumeration(name, header):
-    text = f"class {name}(IntEnum):\n" + docstring(words.ENUMERATIONS[name][1], "    ") + "\n"
+    text = f"class {name}({'Answered' if name in ANSWERED else 'IntEnum'}):\n" + docstring(words.ENUMERATIONS[name][1], "    ") + "\n"
     for constant, number, comment in words.enumeration(name, header):
         note = f"  # {in_words(comment)}" if comment else ""
         text += f"    {constant} = {number}{note}\n"
@@ -92,7 +93,7 @@ def records_module(description, members, header, version):
             "from __future__ import annotations\n\n"
             "from ctypes import POINTER, Structure, c_int, c_size_t\n"
             "from dataclasses import dataclass, field\nfrom enum import IntEnum\n\n"
-            "from ._library import Text\n\n"
+            "from ._library import Answered, Text\n\n"
             f'VERSION = "{version}"\nABI_VERSION = {description.abi}\n\n\n')
     text += "".join(enumeration(name, header) for name in words.ENUMERATIONS)
     names, lists = description.records, words.lists(description, members)

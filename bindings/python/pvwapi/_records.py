@@ -5,13 +5,13 @@ from ctypes import POINTER, Structure, c_int, c_size_t
 from dataclasses import dataclass, field
 from enum import IntEnum
 
-from ._library import Text
+from ._library import Answered, Text
 
 VERSION = "1.0.0"
 ABI_VERSION = 1
 
 
-class NetworkCause(IntEnum):
+class NetworkCause(Answered):
     """Why the last request got no whole reply."""
 
     NONE = 0
@@ -35,7 +35,7 @@ class NetworkCause(IntEnum):
     LOCAL = 18  # memory, descriptors
 
 
-class Method(IntEnum):
+class Method(Answered):
     """How a command goes out."""
 
     GET = 0
