@@ -8,8 +8,8 @@ from collections.abc import Callable
 
 
 class Interrupts:
-    """The interpreter runs a signal's handler where Python code goes on. That is in what the library calls, often before
-    any try there: what the handler raises ends at the library, and only sys.unraisablehook is told of it."""
+    """The interpreter runs a signal's handler where Python code goes on: in what the library calls, often before any
+    try there. What the handler raises then ends at the library, and only sys.unraisablehook is told of it."""
 
     def __init__(self):
         self._ends: dict = {}  # by the code that the library calls

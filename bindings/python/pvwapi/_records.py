@@ -31,7 +31,7 @@ class NetworkCause(Answered):
     TOO_LARGE = 14
     SILENCE = 15  # 60 s without a byte
     DEADLINE = 16
-    CANCELLED = 17  # by cancel, or by a listener that returned 0
+    CANCELLED = 17  # by cancel, or by a listener that returned False
     LOCAL = 18  # memory, descriptors
 
 
@@ -582,8 +582,8 @@ class Policy:
     disable_im_catch_int: int = 0
     disable_im_catch_ext: int = 0
     local_archive: int = 0
-    vo_ip_int: int = 0
-    vo_ip_ext: int = 0
+    voip_int: int = 0
+    voip_ext: int = 0
     video_int: int = 0
     video_ext: int = 0
     desktop_share_int: int = 0
