@@ -22,17 +22,21 @@ import types
 import unittest
 import unittest.mock
 import warnings
+import zipfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+LICENCES = ["LICENSE", "THIRD-PARTY.md"]
 URL = os.environ["TEST_SERVICE_URL"]
 STRANGE = "Grüße aus 東京 \U0001F600 <&> \"'"
 
 
 def make_wheel(work):
-    """The package's source is copied: setuptools writes beside what it packs."""
+    """The package's source is copied as it is installed: setuptools writes beside what it packs."""
     shutil.rmtree(work, ignore_errors=True)
     shutil.copytree(ROOT / "bindings/python", work / "source", ignore=shutil.ignore_patterns("__pycache__"))
+    for text in LICENCES:
+        shutil.copy(ROOT / text, work / "source")
     subprocess.run([sys.executable, "-c", f"from setuptools import build_meta\nbuild_meta.build_wheel({str(work)!r})"],
                    cwd=work / "source", check=True, stdout=subprocess.DEVNULL)
     return next(work.glob("pvwapi-*.whl"))
@@ -723,6 +727,13 @@ class InterfaceTest(unittest.TestCase):
         _library.library.cache_clear()
         with unittest.mock.patch.object(_records, "ABI_VERSION", 99), self.assertRaises(ImportError):
             _library.library()
+
+    def test_the_wheel_has_the_licences(self):
+        with zipfile.ZipFile(sys.path[0]) as wheel:
+            names = [name for name in wheel.namelist() if ".dist-info/" in name]
+            for text in LICENCES:
+                [inside] = [name for name in names if Path(name).name == text]
+                self.assertEqual(wheel.read(inside), (ROOT / text).read_bytes())
 
     def test_what_is_the_librarys(self):
         self.assertEqual(pvwapi.version(), pvwapi.__version__)
