@@ -204,27 +204,29 @@ class BindingsTest(unittest.TestCase):
 class WordsTest(unittest.TestCase):
     """A binding speaks of results as its language has them."""
 
-    FILES = generate.written_files()
+    @classmethod
+    def setUpClass(cls):
+        cls.files = generate.written_files()
 
     def test_what_an_operation_returns_in_c(self):
-        in_c = re.sub(r"\s*(?:///)?\s+(?:///)?\s*", " ", self.FILES["capi/pvwapi_c.h"])
+        in_c = re.sub(r"\s*(?:///)?\s+(?:///)?\s*", " ", self.files["capi/pvwapi_c.h"])
         for phrase in words.RESULTS:
             self.assertIn(phrase, in_c)
         for name in ("bindings/python/pvwapi/_operations.py", "bindings/python/pvwapi/_records.py",
                      "bindings/csharp/PvWapi.cs"):
-            text = re.sub(r"\s*(?:///)?\s+", " ", self.FILES[name])
+            text = re.sub(r"\s*(?:///)?\s+", " ", self.files[name])
             self.assertIsNone(re.search(r"returns [01]\b|[01] returned|returned [01]\b|Always [01]|result is [01]\b|"
                                         r"[.] [01] where", text))
             self.assertEqual(text.count("Succeeds whatever comes of it"), text.count("Sends cmd=logout."))
 
     def test_lines_are_not_broken_within_a_parameter(self):
-        text = self.FILES["bindings/python/pvwapi/_operations.py"]
+        text = self.files["bindings/python/pvwapi/_operations.py"]
         broken = re.findall(r"\(\n((?: +.*\n)+?) *\)", text)
         self.assertGreater(len(broken), 20)
         for lines in (block.splitlines() for block in broken):
             self.assertTrue(all(line.endswith(",") for line in lines[:-1]), lines)
             self.assertTrue(all(line.count("(") == line.count(")") for line in lines), lines)
-        in_csharp = self.FILES["bindings/csharp/PvWapi.cs"]
+        in_csharp = self.files["bindings/csharp/PvWapi.cs"]
         for statement in re.findall(r"extern ([^;]*);", in_csharp):
             self.assertTrue(all(line.endswith(",") for line in statement.splitlines()[:-1]), statement)
 
