@@ -46,6 +46,7 @@ def constant(name):
 
 def in_words(text):
     """A comment of the C interface as a reader of C# understands it."""
+    text = words.in_results(text, "NotSentException", "false")
     text = re.sub(r"\bPVW_NETWORK_\.\.\.", "NetworkCause", text)
     for prefix, kind in (("NETWORK", "NetworkCause"), ("METHOD", "Method"), ("INVITEAS", "InviteAs")):
         text = re.sub(rf"\bPVW_{prefix}_([A-Z_]+)", lambda found, of=kind: f"{of}.{constant(found.group(1))}", text)
@@ -159,7 +160,7 @@ def wrapped(head, pieces, tail, indent):
     line = f"{indent}{head}({pieces}){tail}\n"
     if len(line) <= 121:
         return line
-    lines = textwrap.wrap(line.strip(), 116 - len(indent), break_long_words=False, break_on_hyphens=False)
+    lines = words.broken(re.split("(?<=,) ", line.strip()), 116 - len(indent))
     return "".join(f"{indent}{'    ' if at else ''}{piece}\n" for at, piece in enumerate(lines))
 
 

@@ -8,6 +8,7 @@ import words
 
 FOLDER = "bindings/python/pvwapi"
 HAND = ["_library.py", "_conversion.py", "_client.py", "_asynchronous.py", "__init__.py"]
+ANSWERED = ["NetworkCause", "Method"]  # what the package makes of the library's numbers
 FIELDS = {"CStringT": "Text"}
 TYPES = {"text": "str", "int": "int", "unsigned": "int"}
 IN_C = {"text": "Text", "int": "c_int", "unsigned": "c_uint"}
@@ -20,6 +21,7 @@ def name_of(name):
 
 def in_words(text):
     """A comment of the C interface as a reader of Python understands it."""
+    text = words.in_results(text, "NotSent", "False")
     text = re.sub(r"\bPVW_INVITEAS_(?=[A-Z])", "InviteAs.", text)
     text = re.sub(r"\bPVW_NETWORK_\.\.\.", "NetworkCause", text)
     text = re.sub(r"\bPVW_(NETWORK|METHOD)_(?=[A-Z])",
@@ -80,7 +82,8 @@ def structure(name, members, names, has_list):
 
 
 def enumeration(name, header):
-    text = f"class {name}(IntEnum):\n" + docstring(words.ENUMERATIONS[name][1], "    ") + "\n"
+    base = "Answered" if name in ANSWERED else "IntEnum"
+    text = f"class {name}({base}):\n" + docstring(words.ENUMERATIONS[name][1], "    ") + "\n"
     for constant, number, comment in words.enumeration(name, header):
         note = f"  # {in_words(comment)}" if comment else ""
         text += f"    {constant} = {number}{note}\n"
@@ -92,7 +95,7 @@ def records_module(description, members, header, version):
             "from __future__ import annotations\n\n"
             "from ctypes import POINTER, Structure, c_int, c_size_t\n"
             "from dataclasses import dataclass, field\nfrom enum import IntEnum\n\n"
-            "from ._library import Text\n\n"
+            "from ._library import Answered, Text\n\n"
             f'VERSION = "{version}"\nABI_VERSION = {description.abi}\n\n\n')
     text += "".join(enumeration(name, header) for name in words.ENUMERATIONS)
     names, lists = description.records, words.lists(description, members)
@@ -142,8 +145,8 @@ def signature(operation, names):
     if operation.name == "setRootCred":
         pieces.append("cred: str")
     if words.takes_cred(operation):
-        pieces += ["*", "cred: str | None = None"]
-    return ", ".join(pieces)
+        pieces.append("*, cred: str | None = None")
+    return pieces
 
 
 def handed(parameter, operation, names):
@@ -171,15 +174,15 @@ def arguments(operation, names):
     pieces = [f'"{operation.c_name}"']
     for parameter in operation.parameters:
         pieces += handed(parameter, operation, names)
-    return ", ".join(pieces)
+    return pieces
 
 
 def wrapped(head, pieces, tail, indent):
     """A call or definition in one line, or with what it takes in lines of its own."""
-    line = f"{indent}{head}({pieces}){tail}\n"
+    line = f"{indent}{head}({', '.join(pieces)}){tail}\n"
     if len(line) <= 121:
         return line
-    lines = textwrap.wrap(pieces, 115 - len(indent), break_long_words=False, break_on_hyphens=False)
+    lines = words.broken([*(f"{piece}," for piece in pieces[:-1]), pieces[-1]], 115 - len(indent))
     return f"{indent}{head}(\n" + "".join(f"{indent}    {piece}\n" for piece in lines) + f"{indent}){tail}\n"
 
 
@@ -211,7 +214,7 @@ def passed(operation):
 def awaited(operation, names, text):
     name = name_of(operation.name)
     result = "" if returned(operation, names) == "None" else "return "
-    pieces = ", ".join([f"Operations.{name}", *passed(operation)])
+    pieces = [f"Operations.{name}", *passed(operation)]
     head = wrapped(f"async def {name}", signature(operation, names), f" -> {returned(operation, names)}:", "    ")
     return head + docstring(text, "        ") + wrapped(f"{result}await self._run", pieces, "", "        ") + "\n"
 

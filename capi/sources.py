@@ -84,6 +84,8 @@ class Description:
 
 
 def snake(name):
+    name = re.sub(r"([A-Z]{2,})s(?![a-z])", lambda found: found.group(1).capitalize() + "s", name)
+    name = name.replace("VoIP", "Voip")
     name = re.sub(r"([A-Z]+)([A-Z][a-z])", r"\1_\2", name)
     return re.sub(r"([a-z0-9])([A-Z])", r"\1_\2", name).lower()
 
@@ -170,6 +172,43 @@ def comment_of(record, headers):
     return " ".join(line.strip()[3:].strip() for line in found.group(1).strip().split("\n")) if found else ""
 
 
+def statements(body):
+    """(what may see it, the statement) of each at the class's own level, without what stands in braces."""
+    text, count, access = re.sub("//.*", "", body), 1, "public"
+    while count:
+        text, count = re.subn(r"\{[^{}]*\}", ";", text)
+    for piece in re.split(r";|\b(public|protected|private):", text):
+        if piece in ("public", "protected", "private"):
+            access = piece
+        elif piece and piece.strip():
+            yield access, " ".join(piece.split())
+
+
+def data_members(statement):
+    """The names that a statement declares, if it declares data of a record."""
+    if re.match(r"(?:using|friend|static|struct|class|enum|typedef|template)\b|.*\boperator\b", statement):
+        return
+    text, count = re.sub(r"\[\[.*?\]\]|\balignas\(.*?\)", "", statement), 1
+    while count:
+        text, count = re.subn(r"<[^<>]*>", "", text)
+    if "(" not in text.split("=")[0]:
+        for piece in re.sub(r"\([^()]*\)", "", text).split(","):
+            yield re.search(r"(\w+)(?: ?\[.*\])*(?: ?:(?!:)[^:]*)?$", piece.split("=")[0].strip()).group(1)
+
+
+def expect_whole(record, body, rows):
+    """Each member of a record is in its table: by itself, or one that is private by the function that reads it."""
+    held = {place.split("::")[-1] for _, at in rows for place in at.split(", ")}
+    found = list(statements(body))
+    members = [name for access, statement in found if access == "public" for name in data_members(statement)]
+    if any(list(data_members(statement)) for access, statement in found if access != "public"):
+        members += [name for access, statement in found if access == "public"
+                    for name in re.findall(r"\b(Get\w+)\(\) const", statement)]
+    more = [name for name in members if name not in held]
+    if more:
+        raise Fault(f"{record} has {', '.join(more)}, and its table has not")
+
+
 def table_rows(record, tables):
     found = re.search(r"kMembers<%s>\{\n(.*?)^\};" % record, tables, re.MULTILINE | re.DOTALL)
     if not found:
@@ -191,15 +230,23 @@ def member_of(record, name, places, body):
     return Member(name, found.group(1), comment.group(1) if comment and writer else "", reader, writer)
 
 
-def read_records(names):
-    """(record, comment, members in the order of its table)."""
+def record_headers():
     places = [*sorted((ROOT / "records").glob("*.h")), CLASS_HEADER]
-    headers = "".join(path.read_text(encoding="utf-8") for path in places)
-    tables = "".join((ROOT / path).read_text(encoding="utf-8") for path in TABLES)
+    return "".join(path.read_text(encoding="utf-8") for path in places)
+
+
+def read_tables():
+    return "".join((ROOT / path).read_text(encoding="utf-8") for path in TABLES)
+
+
+def read_records(names, headers=None):
+    """(record, comment, members in the order of its table)."""
+    headers, tables = headers or record_headers(), read_tables()
     for record in names:
-        body = body_of(record, headers)
+        body, rows = body_of(record, headers), table_rows(record, tables)
+        expect_whole(record, body, rows)
         yield record, comment_of(record, headers), [
-            member_of(record, name, at.split(", "), body) for name, at in table_rows(record, tables)]
+            member_of(record, name, at.split(", "), body) for name, at in rows]
 
 
 def read_version():

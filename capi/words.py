@@ -1,5 +1,6 @@
 """What the bindings for other languages have in common: their constants and names, and what a caller hands over."""
 import re
+import textwrap
 
 import functions
 import records
@@ -13,6 +14,24 @@ ENUMERATIONS = {
     "Event": ("PVW_", "What happens in a workspace."),
 }
 EVENTS = ("START", "END")
+
+# What C's comments say of a result, and how a language says it whose failures are exceptions.
+RESULTS = {
+    "Does nothing and returns 1.": "Does nothing.",
+    "Always 1, whatever comes of it;": "Succeeds whatever comes of it;",
+    "1 where the reply's result is SUCCESS.": "Fails unless the reply's result is SUCCESS.",
+    "With `send` 0 nothing is sent and 0 returned.": "With `send` 0 nothing is sent, which fails as {not_sent}.",
+    "`error` becomes 1 when": "1 when",
+    "else the result is 0.": "else the result is {false}.",
+    "also where the result is 0,": "also where the result is {false},",
+    "by a listener that returned 0": "by a listener that returned {false}",
+}
+
+
+def in_results(text, not_sent, false):
+    for of_c, own in RESULTS.items():
+        text = text.replace(of_c, own.format(not_sent=not_sent, false=false))
+    return text
 
 
 def constants(header):
@@ -37,6 +56,13 @@ def record_name(in_c):
 
 def pascal(name):
     return "".join(word[0].upper() + word[1:] for word in name.split("_"))
+
+
+def broken(pieces, width):
+    """Pieces that end with commas, in lines that are broken between them alone."""
+    lines = textwrap.wrap(" ".join(piece.replace(" ", "\0") for piece in pieces), width, break_long_words=False,
+                          break_on_hyphens=False)
+    return [line.replace("\0", " ") for line in lines]
 
 
 def in_order(description, members):

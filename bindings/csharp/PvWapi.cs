@@ -38,7 +38,7 @@ namespace Pvwapi
         /// <summary>60 s without a byte</summary>
         Silence = 15,
         Deadline = 16,
-        /// <summary>by Cancel, or by a listener that returned 0</summary>
+        /// <summary>by Cancel, or by a listener that returned false</summary>
         Cancelled = 17,
         /// <summary>memory, descriptors</summary>
         Local = 18,
@@ -686,8 +686,8 @@ namespace Pvwapi
         public string GetNamespaceId()
         {
             var namespaceIDInC = default(TextInC);
-            return Ask(call => Native.pvw_get_namespace_id(client, out namespaceIDInC, out call.Result), () =>
-                namespaceIDInC.Read());
+            return Ask(call => Native.pvw_get_namespace_id(client, out namespaceIDInC, out call.Result),
+                () => namespaceIDInC.Read());
         }
 
         /// <summary>The session credential that login obtained and that the timer refreshes.</summary>
@@ -707,12 +707,12 @@ namespace Pvwapi
         public Message GetLstMsg()
         {
             var messageInC = default(IntPtr);
-            return Ask(call => Native.pvw_get_lst_msg(client, out messageInC, out call.Result), () =>
-                MessageInC.Read(messageInC));
+            return Ask(call => Native.pvw_get_lst_msg(client, out messageInC, out call.Result),
+                () => MessageInC.Read(messageInC));
         }
 
-        /// <summary>`error` becomes 1 when the last request got no whole reply: no server was reached, the connection
-        /// broke, or the host stopped the transfer itself. 0 when it got any reply.</summary>
+        /// <summary>1 when the last request got no whole reply: no server was reached, the connection broke, or the
+        /// host stopped the transfer itself. 0 when it got any reply.</summary>
         public int GetNetworkError()
         {
             var errorInC = default(int);
@@ -733,8 +733,8 @@ namespace Pvwapi
         public string GetNetworkErrorText()
         {
             var textInC = default(TextInC);
-            return Ask(call => Native.pvw_get_network_error_text(client, out textInC, out call.Result), () =>
-                textInC.Read());
+            return Ask(call => Native.pvw_get_network_error_text(client, out textInC, out call.Result),
+                () => textInC.Read());
         }
 
         /// <summary>The period of the timer: one hour until GetSessionInfo has read half the session's
@@ -756,8 +756,8 @@ namespace Pvwapi
         public string GetNullSessionUrl()
         {
             var urlInC = default(TextInC);
-            return Ask(call => Native.pvw_get_null_session_url(client, out urlInC, out call.Result), () =>
-                urlInC.Read());
+            return Ask(call => Native.pvw_get_null_session_url(client, out urlInC, out call.Result),
+                () => urlInC.Read());
         }
 
         /// <summary>That of uploads.</summary>
@@ -775,8 +775,8 @@ namespace Pvwapi
         }
 
         /// <summary>Sends cmd=login with the token where `useToken` is not 0, with the password otherwise. On success
-        /// the root credential is replaced and the timer starts; on failure both stay. With `send` 0 nothing is sent
-        /// and 0 returned.</summary>
+        /// the root credential is replaced and the timer starts; on failure both stay. With `send` 0 nothing is sent,
+        /// which fails as NotSentException.</summary>
         public void Login(string userName, string token, string isp, string password, int useToken, int send)
         {
             Operate("Login", call => Native.pvw_login(client, call.Text(userName), call.Text(token), call.Text(isp),
@@ -793,7 +793,7 @@ namespace Pvwapi
                 () => newCredInC.Read());
         }
 
-        /// <summary>Sends cmd=logout. Always 1, whatever comes of it; the credential, the timer and the last message
+        /// <summary>Sends cmd=logout. Succeeds whatever comes of it; the credential, the timer and the last message
         /// stay.</summary>
         public void Logout(string cred = null)
         {
@@ -817,34 +817,34 @@ namespace Pvwapi
                 call.Text(workspace), out newCredInC, out call.Result), () => newCredInC.Read());
         }
 
-        /// <summary>Sends `command`, raw, with the credential behind it. 1 where the reply's result is SUCCESS. The
-        /// timer is not re-armed.</summary>
+        /// <summary>Sends `command`, raw, with the credential behind it. Fails unless the reply's result is SUCCESS.
+        /// The timer is not re-armed.</summary>
         public void CallWapi(string command, string cred = null)
         {
-            Operate("CallWapi", call => Native.pvw_call_wapi(client, call.Text(Cred(cred)), call.Text(command)), ()
-                => 0);
+            Operate("CallWapi", call => Native.pvw_call_wapi(client, call.Text(Cred(cred)), call.Text(command)),
+                () => 0);
         }
 
         /// <summary>Sends `command` to `url` with the header lines of `headers`: as a form by Method.Post, joined to
         /// the URL behind "?" otherwise; where `withCred` is not 0 the credential follows it and the reply's result
-        /// decides, else the result is 0. `reply` receives whatever came back also where the result is 0, and nothing
-        /// without a connection. A command that contains "cmd=login" is not sent. The last message and the timer are
-        /// left alone. Raw: command, address and header lines; where the command is joined to the URL, a "#" in it is
-        /// encoded and that of the URL is cut off.</summary>
+        /// decides, else the result is false. `reply` receives whatever came back also where the result is false, and
+        /// nothing without a connection. A command that contains "cmd=login" is not sent. The last message and the
+        /// timer are left alone. Raw: command, address and header lines; where the command is joined to the URL, a "#"
+        /// in it is encoded and that of the URL is cut off.</summary>
         public (bool Succeeded, string Reply) WapiProxyCall(string command, int method, string url, string headers,
             int withCred, string cred = null)
         {
             var replyInC = default(TextInC);
             return OperateAlways(call => Native.pvw_wapi_proxy_call(client, call.Text(Cred(cred)),
-                call.Text(command), method, call.Text(url), call.Text(headers), withCred, out replyInC, out
-                call.Result), outcome => (outcome != 0, replyInC.Read()));
+                call.Text(command), method, call.Text(url), call.Text(headers), withCred, out replyInC,
+                out call.Result), outcome => (outcome != 0, replyInC.Read()));
         }
 
         /// <summary>Sends cmd=execute, task=AddTabs: a new workspace with its first tabs; a discussion room too where
         /// `type` is 0. `workspaceID` receives its ID. An empty name is refused without a request, with a last message.
         /// Re-arms the timer. In XML: the name.</summary>
-        public string CreateSpace(string name, ICollection<WorkspaceField> fields, int type, int favourite, string
-            cred = null)
+        public string CreateSpace(string name, ICollection<WorkspaceField> fields, int type, int favourite,
+            string cred = null)
         {
             var workspaceIDInC = default(TextInC);
             return Operate("CreateSpace", call => Native.pvw_create_space(client, call.Text(Cred(cred)),
@@ -856,14 +856,14 @@ namespace Pvwapi
         /// one. The low four bits of `typeAndFlags` are the type, bit 4 makes a template; a discussion room is made
         /// where the whole is 0. `workspaceID` receives its ID. An empty name is refused without a request or a
         /// message. Re-arms the timer. In XML: the name; raw, and in XML: the ID of the source.</summary>
-        public string CloneWksp(string name, string sourceWorkspaceID, int typeAndFlags, ICollection<WorkspaceField>
-            fields, int favourite, string cred = null)
+        public string CloneWksp(string name, string sourceWorkspaceID, int typeAndFlags,
+            ICollection<WorkspaceField> fields, int favourite, string cred = null)
         {
             var workspaceIDInC = default(TextInC);
             return Operate("CloneWksp", call => Native.pvw_clone_wksp(client, call.Text(Cred(cred)),
-                call.Text(name), call.Text(sourceWorkspaceID), typeAndFlags, call.Items(fields, item =>
-                WorkspaceFieldInC.Of(call, item)), (UIntPtr)fields.Count, out workspaceIDInC, favourite, out
-                call.Result), () => workspaceIDInC.Read());
+                call.Text(name), call.Text(sourceWorkspaceID), typeAndFlags, call.Items(fields,
+                item => WorkspaceFieldInC.Of(call, item)), (UIntPtr)fields.Count, out workspaceIDInC, favourite,
+                out call.Result), () => workspaceIDInC.Read());
         }
 
         /// <summary>Sends cmd=set, type=workspace: the description, and the name where `changeName` is not 0. Refused
@@ -873,8 +873,8 @@ namespace Pvwapi
             string cred = null)
         {
             Operate("EditExtWksp", call => Native.pvw_edit_ext_wksp(client, call.Text(Cred(cred)),
-                call.Text(workspaceID), call.Text(name), changeName, call.Items(fields, item =>
-                WorkspaceFieldInC.Of(call, item)), (UIntPtr)fields.Count), () => 0);
+                call.Text(workspaceID), call.Text(name), changeName, call.Items(fields,
+                item => WorkspaceFieldInC.Of(call, item)), (UIntPtr)fields.Count), () => 0);
         }
 
         /// <summary>Sends cmd=execute, task=DeleteWorkspace. An empty ID is refused without a request. Re-arms the
@@ -924,8 +924,8 @@ namespace Pvwapi
         {
             var tabIDInC = default(TextInC);
             return Operate("CreateTab", call => Native.pvw_create_tab(client, call.Text(Cred(cred)),
-                call.Text(workspaceID), call.Text(tabName), tabOrder, out tabIDInC, out call.Result), () =>
-                tabIDInC.Read());
+                call.Text(workspaceID), call.Text(tabName), tabOrder, out tabIDInC, out call.Result),
+                () => tabIDInC.Read());
         }
 
         /// <summary>Sends cmd=get, type=workspace for the tabs. Re-arms the timer.</summary>
@@ -989,8 +989,8 @@ namespace Pvwapi
         {
             var spacesInC = default(ListInC);
             var invitationsInC = default(ListInC);
-            return Operate("GetWkspList", call => Native.pvw_get_wksp_list(client, call.Text(Cred(cred)), out
-                spacesInC, out invitationsInC, out call.Result), () => (spacesInC.Read(ListedSpaceInC.Read),
+            return Operate("GetWkspList", call => Native.pvw_get_wksp_list(client, call.Text(Cred(cred)),
+                out spacesInC, out invitationsInC, out call.Result), () => (spacesInC.Read(ListedSpaceInC.Read),
                 invitationsInC.Read(SpaceInviteInC.Read)));
         }
 
@@ -1003,11 +1003,12 @@ namespace Pvwapi
             var invitationsInC = default(ListInC);
             var accessInC = default(IntPtr);
             return Operate("GetSpaceBatch", call => Native.pvw_get_space_batch(client, call.Text(Cred(cred)),
-                call.Text(workspaceID), out spaceInC, out invitationsInC, out accessInC, out call.Result), () =>
-                (SpaceInC.Read(spaceInC), invitationsInC.Read(SpaceInviteInC.Read), SpaceAccessInC.Read(accessInC)));
+                call.Text(workspaceID), out spaceInC, out invitationsInC, out accessInC, out call.Result),
+                () => (SpaceInC.Read(spaceInC), invitationsInC.Read(SpaceInviteInC.Read),
+                SpaceAccessInC.Read(accessInC)));
         }
 
-        /// <summary>Does nothing and returns 1.</summary>
+        /// <summary>Does nothing.</summary>
         public void GetSpacesTest()
         {
             Operate("GetSpacesTest", call => Native.pvw_get_spaces_test(client), () => 0);
@@ -1045,8 +1046,8 @@ namespace Pvwapi
         {
             var accessInC = default(IntPtr);
             return Operate("ProbeChatRoomAccess", call => Native.pvw_probe_chat_room_access(client,
-                call.Text(Cred(cred)), call.Text(roomID), out accessInC, out call.Result), () =>
-                RoomAccessInC.Read(accessInC));
+                call.Text(Cred(cred)), call.Text(roomID), out accessInC, out call.Result),
+                () => RoomAccessInC.Read(accessInC));
         }
 
         /// <summary>Sends cmd=execute, task=ProbeAccess: may the user get and set each workspace? `roles` has the
@@ -1055,8 +1056,8 @@ namespace Pvwapi
         {
             var rolesInC = default(ListInC);
             return Operate("GetRole", call => Native.pvw_get_role(client, call.Text(Cred(cred)),
-                call.Items(workspaceIDs, call.Text), (UIntPtr)workspaceIDs.Count, out rolesInC, out call.Result), () =>
-                rolesInC.Read(RoleItemInC.Read));
+                call.Items(workspaceIDs, call.Text), (UIntPtr)workspaceIDs.Count, out rolesInC, out call.Result),
+                () => rolesInC.Read(RoleItemInC.Read));
         }
 
         /// <summary>Sends cmd=execute, task=RunScript: the same for every workspace that the user shares with another.
@@ -1065,8 +1066,8 @@ namespace Pvwapi
         {
             var rolesInC = default(ListInC);
             return Operate("ProbeAccessAllSpace", call => Native.pvw_probe_access_all_space(client,
-                call.Text(Cred(cred)), call.Text(otherUserID), out rolesInC, out call.Result), () =>
-                rolesInC.Read(RoleItemInC.Read));
+                call.Text(Cred(cred)), call.Text(otherUserID), out rolesInC, out call.Result),
+                () => rolesInC.Read(RoleItemInC.Read));
         }
 
         /// <summary>Sends cmd=get, type=workspace for the members. Re-arms the timer.</summary>
@@ -1101,9 +1102,9 @@ namespace Pvwapi
         {
             var invitationsBackInC = default(ListInC);
             return Operate("InviteMembers", call => Native.pvw_invite_members(client, call.Text(Cred(cred)),
-                call.Items(invitations, item => InvitationInC.Of(call, item)), (UIntPtr)invitations.Count, out
-                invitationsBackInC, call.Text(message), out call.Result), () =>
-                invitationsBackInC.Read(InvitationInC.Read));
+                call.Items(invitations, item => InvitationInC.Of(call, item)), (UIntPtr)invitations.Count,
+                out invitationsBackInC, call.Text(message), out call.Result),
+                () => invitationsBackInC.Read(InvitationInC.Read));
         }
 
         /// <summary>Sends cmd=delete, type=spaceInvite: withdraws the invitation of one invitee to one workspace.
@@ -1128,8 +1129,8 @@ namespace Pvwapi
         {
             var spacesInC = default(ListInC);
             return Operate("GetFavoriteSpaceList", call => Native.pvw_get_favorite_space_list(client,
-                call.Text(Cred(cred)), call.Text(thingName), out spacesInC, out call.Result), () =>
-                spacesInC.Read(SpaceInC.Read));
+                call.Text(Cred(cred)), call.Text(thingName), out spacesInC, out call.Result),
+                () => spacesInC.Read(SpaceInC.Read));
         }
 
         /// <summary>Sends cmd=create, type=wtng. Re-arms the timer. Raw: the credential; in XML: the name and the
@@ -1163,8 +1164,8 @@ namespace Pvwapi
         {
             var usersBackInC = default(ListInC);
             return Operate("GetUserProfile", call => Native.pvw_get_user_profile(client, call.Text(Cred(cred)),
-                call.Items(users, item => UserProfileInC.Of(call, item)), (UIntPtr)users.Count, out usersBackInC, out
-                call.Result), () => usersBackInC.Read(UserProfileInC.Read));
+                call.Items(users, item => UserProfileInC.Of(call, item)), (UIntPtr)users.Count, out usersBackInC,
+                out call.Result), () => usersBackInC.Read(UserProfileInC.Read));
         }
 
         /// <summary>Sends cmd=set, type=user: the user's extension fields. An empty list is refused without a request.
@@ -1184,17 +1185,17 @@ namespace Pvwapi
         }
 
         /// <summary>Sends cmd=get, type=org for the organisation's addresses. The timer is not re-armed.</summary>
-        public (string ChangePasswordURL, string ForgetPasswordURL, string SiteInfoURL, string ConnectSupportURL)
-            GetOrgInfo(string cred = null)
+        public (string ChangePasswordURL, string ForgetPasswordURL, string SiteInfoURL,
+            string ConnectSupportURL) GetOrgInfo(string cred = null)
         {
             var changePasswordURLInC = default(TextInC);
             var forgetPasswordURLInC = default(TextInC);
             var siteInfoURLInC = default(TextInC);
             var connectSupportURLInC = default(TextInC);
-            return Operate("GetOrgInfo", call => Native.pvw_get_org_info(client, call.Text(Cred(cred)), out
-                changePasswordURLInC, out forgetPasswordURLInC, out siteInfoURLInC, out connectSupportURLInC, out
-                call.Result), () => (changePasswordURLInC.Read(), forgetPasswordURLInC.Read(), siteInfoURLInC.Read(),
-                connectSupportURLInC.Read()));
+            return Operate("GetOrgInfo", call => Native.pvw_get_org_info(client, call.Text(Cred(cred)),
+                out changePasswordURLInC, out forgetPasswordURLInC, out siteInfoURLInC, out connectSupportURLInC,
+                out call.Result), () => (changePasswordURLInC.Read(), forgetPasswordURLInC.Read(),
+                siteInfoURLInC.Read(), connectSupportURLInC.Read()));
         }
 
         /// <summary>Sends cmd=get, type=org: `domains` becomes the white list, a comma, and each domain with a comma
@@ -1202,8 +1203,8 @@ namespace Pvwapi
         public string GetDomainList(string cred = null)
         {
             var domainsInC = default(TextInC);
-            return Operate("GetDomainList", call => Native.pvw_get_domain_list(client, call.Text(Cred(cred)), out
-                domainsInC, out call.Result), () => domainsInC.Read());
+            return Operate("GetDomainList", call => Native.pvw_get_domain_list(client, call.Text(Cred(cred)),
+                out domainsInC, out call.Result), () => domainsInC.Read());
         }
 
         /// <summary>Sends cmd=execute, task=ProbeAccess for 21 features: the flag of each that is allowed is 1, every
@@ -1211,8 +1212,8 @@ namespace Pvwapi
         public Policy GetPolicyData(string cred = null)
         {
             var policyInC = default(IntPtr);
-            return Operate("GetPolicyData", call => Native.pvw_get_policy_data(client, call.Text(Cred(cred)), out
-                policyInC, out call.Result), () => PolicyInC.Read(policyInC));
+            return Operate("GetPolicyData", call => Native.pvw_get_policy_data(client, call.Text(Cred(cred)),
+                out policyInC, out call.Result), () => PolicyInC.Read(policyInC));
         }
 
         /// <summary>Sends cmd=execute, task=GetUserLibraries: the libraries with their templates. Re-arms the
@@ -1221,8 +1222,8 @@ namespace Pvwapi
         {
             var librariesInC = default(ListInC);
             return Operate("GetLibraries", call => Native.pvw_get_libraries(client, call.Text(Cred(cred)),
-                withTemplates, withWidgets, readOnly, out librariesInC, out call.Result), () =>
-                librariesInC.Read(LibraryInC.Read));
+                withTemplates, withWidgets, readOnly, out librariesInC, out call.Result),
+                () => librariesInC.Read(LibraryInC.Read));
         }
 
         /// <summary>Sends cmd=add, type=grp: one template more in a library. Re-arms the timer. In XML: the template's
@@ -1239,8 +1240,8 @@ namespace Pvwapi
         {
             var librariesInC = default(ListInC);
             return Operate("GetUserLibrariesWithApps", call => Native.pvw_get_user_libraries_with_apps(client,
-                call.Text(Cred(cred)), readOnly, withTopLevelApps, out librariesInC, out call.Result), () =>
-                librariesInC.Read(AppLibraryInC.Read));
+                call.Text(Cred(cred)), readOnly, withTopLevelApps, out librariesInC, out call.Result),
+                () => librariesInC.Read(AppLibraryInC.Read));
         }
 
         /// <summary>Sends cmd=execute, task=GetWorkspaceNotificationCount for the workspaces in `items`; the counts
@@ -1249,8 +1250,8 @@ namespace Pvwapi
         {
             var itemsBackInC = default(ListInC);
             return Operate("GetSpaceNotify", call => Native.pvw_get_space_notify(client, call.Text(Cred(cred)),
-                call.Items(items, item => SpaceCountItemInC.Of(call, item)), (UIntPtr)items.Count, out itemsBackInC, out
-                call.Result), () => itemsBackInC.Read(SpaceCountItemInC.Read));
+                call.Items(items, item => SpaceCountItemInC.Of(call, item)), (UIntPtr)items.Count, out itemsBackInC,
+                out call.Result), () => itemsBackInC.Read(SpaceCountItemInC.Read));
         }
 
         /// <summary>The same task with the unread messages and active members of each workspace: the activity values
@@ -1259,8 +1260,8 @@ namespace Pvwapi
         {
             var itemsBackInC = default(ListInC);
             return Operate("GetSpaceActivity", call => Native.pvw_get_space_activity(client, call.Text(Cred(cred)),
-                call.Items(items, item => SpaceCountItemInC.Of(call, item)), (UIntPtr)items.Count, out itemsBackInC, out
-                call.Result), () => itemsBackInC.Read(SpaceCountItemInC.Read));
+                call.Items(items, item => SpaceCountItemInC.Of(call, item)), (UIntPtr)items.Count, out itemsBackInC,
+                out call.Result), () => itemsBackInC.Read(SpaceCountItemInC.Read));
         }
 
         /// <summary>Sends cmd=execute, task=SendNotificationEvent. A value that is no event is refused without a
@@ -1276,8 +1277,8 @@ namespace Pvwapi
 
         /// <summary>Sends cmd=create, type=thng: the record of a meeting. Re-arms the timer. In XML: all five
         /// texts.</summary>
-        public void WriteMeetingRecord(string workspaceID, string siteName, string meetingID, string hostID, string
-            sessionName, string cred = null)
+        public void WriteMeetingRecord(string workspaceID, string siteName, string meetingID, string hostID,
+            string sessionName, string cred = null)
         {
             Operate("WriteMeetingRecord", call => Native.pvw_write_meeting_record(client, call.Text(Cred(cred)),
                 call.Text(workspaceID), call.Text(siteName), call.Text(meetingID), call.Text(hostID),
@@ -2219,8 +2220,8 @@ namespace Pvwapi
         public static extern int pvw_get_dms_url(IntPtr client, out TextInC url, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_login(IntPtr client, TextInC userName, TextInC token, TextInC isp, TextInC
-            password, int useToken, int send);
+        public static extern int pvw_login(IntPtr client, TextInC userName, TextInC token, TextInC isp,
+            TextInC password, int useToken, int send);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_get_cred_for_expired(IntPtr client, out TextInC newCred, TextInC userName,
@@ -2233,8 +2234,8 @@ namespace Pvwapi
         public static extern int pvw_get_session_info(IntPtr client, TextInC cred);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_clone_session(IntPtr client, TextInC cred, TextInC workspace, out TextInC
-            newCred, out IntPtr result);
+        public static extern int pvw_clone_session(IntPtr client, TextInC cred, TextInC workspace,
+            out TextInC newCred, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_call_wapi(IntPtr client, TextInC cred, TextInC command);
@@ -2244,13 +2245,13 @@ namespace Pvwapi
             TextInC url, TextInC headers, int withCred, out TextInC reply, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_create_space(IntPtr client, TextInC cred, TextInC name, IntPtr fields, UIntPtr
-            fieldCount, out TextInC workspaceID, int type, int favourite, out IntPtr result);
+        public static extern int pvw_create_space(IntPtr client, TextInC cred, TextInC name, IntPtr fields,
+            UIntPtr fieldCount, out TextInC workspaceID, int type, int favourite, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_clone_wksp(IntPtr client, TextInC cred, TextInC name, TextInC
-            sourceWorkspaceID, int typeAndFlags, IntPtr fields, UIntPtr fieldCount, out TextInC workspaceID, int
-            favourite, out IntPtr result);
+        public static extern int pvw_clone_wksp(IntPtr client, TextInC cred, TextInC name,
+            TextInC sourceWorkspaceID, int typeAndFlags, IntPtr fields, UIntPtr fieldCount, out TextInC workspaceID,
+            int favourite, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_edit_ext_wksp(IntPtr client, TextInC cred, TextInC workspaceID, TextInC name,
@@ -2263,12 +2264,12 @@ namespace Pvwapi
         public static extern int pvw_leave_workspace(IntPtr client, TextInC cred, TextInC workspaceID);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_create_space_using_app(IntPtr client, TextInC cred, TextInC name, TextInC
-            appName, out TextInC workspaceID, TextInC description, int favourite, int type, out IntPtr result);
+        public static extern int pvw_create_space_using_app(IntPtr client, TextInC cred, TextInC name,
+            TextInC appName, out TextInC workspaceID, TextInC description, int favourite, int type, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_save_workspace_as_app(IntPtr client, TextInC cred, TextInC workspaceID, TextInC
-            appName, TextInC groupID, out TextInC widgetID, TextInC description, out IntPtr result);
+        public static extern int pvw_save_workspace_as_app(IntPtr client, TextInC cred, TextInC workspaceID,
+            TextInC appName, TextInC groupID, out TextInC widgetID, TextInC description, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_create_tab(IntPtr client, TextInC cred, TextInC workspaceID, TextInC tabName,
@@ -2289,63 +2290,63 @@ namespace Pvwapi
             UIntPtr tabCount);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_set_space_icon(IntPtr client, TextInC cred, TextInC workspaceID, TextInC
-            filePath, out TextInC url, out IntPtr result);
+        public static extern int pvw_set_space_icon(IntPtr client, TextInC cred, TextInC workspaceID,
+            TextInC filePath, out TextInC url, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_space_icon(IntPtr client, TextInC cred, TextInC iconURL, out TextInC
-            localPath, out IntPtr result);
+        public static extern int pvw_get_space_icon(IntPtr client, TextInC cred, TextInC iconURL,
+            out TextInC localPath, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_wksp_list(IntPtr client, TextInC cred, out ListInC spaces, out ListInC
-            invitations, out IntPtr result);
+        public static extern int pvw_get_wksp_list(IntPtr client, TextInC cred, out ListInC spaces,
+            out ListInC invitations, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_space_batch(IntPtr client, TextInC cred, TextInC workspaceID, out IntPtr
-            space, out ListInC invitations, out IntPtr access, out IntPtr result);
+        public static extern int pvw_get_space_batch(IntPtr client, TextInC cred, TextInC workspaceID,
+            out IntPtr space, out ListInC invitations, out IntPtr access, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_get_spaces_test(IntPtr client);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_probe_space_access(IntPtr client, TextInC cred, TextInC workspaceID, out IntPtr
-            access, uint tests, out IntPtr result);
+        public static extern int pvw_probe_space_access(IntPtr client, TextInC cred, TextInC workspaceID,
+            out IntPtr access, uint tests, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_probe_space_access2(IntPtr client, TextInC cred, out IntPtr access, out IntPtr
-            result);
+        public static extern int pvw_probe_space_access2(IntPtr client, TextInC cred, out IntPtr access,
+            out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_probe_doc_access(IntPtr client, TextInC cred, TextInC docID, out IntPtr access,
             out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_probe_chat_room_access(IntPtr client, TextInC cred, TextInC roomID, out IntPtr
-            access, out IntPtr result);
+        public static extern int pvw_probe_chat_room_access(IntPtr client, TextInC cred, TextInC roomID,
+            out IntPtr access, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_role(IntPtr client, TextInC cred, IntPtr workspaceIDs, UIntPtr
-            workspaceIDCount, out ListInC roles, out IntPtr result);
+        public static extern int pvw_get_role(IntPtr client, TextInC cred, IntPtr workspaceIDs,
+            UIntPtr workspaceIDCount, out ListInC roles, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_probe_access_all_space(IntPtr client, TextInC cred, TextInC otherUserID, out
-            ListInC roles, out IntPtr result);
+        public static extern int pvw_probe_access_all_space(IntPtr client, TextInC cred, TextInC otherUserID,
+            out ListInC roles, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_members(IntPtr client, TextInC cred, TextInC workspaceID, out ListInC
-            members, out IntPtr result);
+        public static extern int pvw_get_members(IntPtr client, TextInC cred, TextInC workspaceID,
+            out ListInC members, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_remove_space_member(IntPtr client, TextInC cred, TextInC workspaceID, TextInC
-            memberID);
+        public static extern int pvw_remove_space_member(IntPtr client, TextInC cred, TextInC workspaceID,
+            TextInC memberID);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_change_member_role(IntPtr client, TextInC cred, TextInC workspaceID, TextInC
-            memberID, int role);
+        public static extern int pvw_change_member_role(IntPtr client, TextInC cred, TextInC workspaceID,
+            TextInC memberID, int role);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_invite_members(IntPtr client, TextInC cred, IntPtr invitations, UIntPtr
-            invitationCount, out ListInC invitationsBack, TextInC message, out IntPtr result);
+        public static extern int pvw_invite_members(IntPtr client, TextInC cred, IntPtr invitations,
+            UIntPtr invitationCount, out ListInC invitationsBack, TextInC message, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_del_invt(IntPtr client, TextInC cred, TextInC workspaceID, TextInC userDescriptor);
@@ -2354,39 +2355,39 @@ namespace Pvwapi
         public static extern int pvw_response_invitation(IntPtr client, TextInC cred, TextInC workspaceID, int accept);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_favorite_space_list(IntPtr client, TextInC cred, TextInC thingName, out
-            ListInC spaces, out IntPtr result);
+        public static extern int pvw_get_favorite_space_list(IntPtr client, TextInC cred, TextInC thingName,
+            out ListInC spaces, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_create_favorite_space(IntPtr client, TextInC cred, TextInC thingName, TextInC
-            workspaceID);
+        public static extern int pvw_create_favorite_space(IntPtr client, TextInC cred, TextInC thingName,
+            TextInC workspaceID);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_delete_favorite_space(IntPtr client, TextInC cred, TextInC thingName, TextInC
-            workspaceID);
+        public static extern int pvw_delete_favorite_space(IntPtr client, TextInC cred, TextInC thingName,
+            TextInC workspaceID);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_user_configure_info(IntPtr client, TextInC cred, out IntPtr info, out
-            IntPtr result);
+        public static extern int pvw_get_user_configure_info(IntPtr client, TextInC cred, out IntPtr info,
+            out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_get_user_profile(IntPtr client, TextInC cred, IntPtr users, UIntPtr userCount,
             out ListInC usersBack, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_edit_ext_user(IntPtr client, TextInC cred, TextInC user, IntPtr fields, UIntPtr
-            fieldCount);
+        public static extern int pvw_edit_ext_user(IntPtr client, TextInC cred, TextInC user, IntPtr fields,
+            UIntPtr fieldCount);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_create_rdqav_account(IntPtr client, TextInC cred, TextInC user);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_org_info(IntPtr client, TextInC cred, out TextInC changePasswordURL, out
-            TextInC forgetPasswordURL, out TextInC siteInfoURL, out TextInC connectSupportURL, out IntPtr result);
+        public static extern int pvw_get_org_info(IntPtr client, TextInC cred, out TextInC changePasswordURL,
+            out TextInC forgetPasswordURL, out TextInC siteInfoURL, out TextInC connectSupportURL, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_domain_list(IntPtr client, TextInC cred, out TextInC domains, out IntPtr
-            result);
+        public static extern int pvw_get_domain_list(IntPtr client, TextInC cred, out TextInC domains,
+            out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_get_policy_data(IntPtr client, TextInC cred, out IntPtr policy, out IntPtr result);
@@ -2396,27 +2397,27 @@ namespace Pvwapi
             int readOnly, out ListInC libraries, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_add_template_to_library(IntPtr client, TextInC cred, TextInC groupID, TextInC
-            templateID);
+        public static extern int pvw_add_template_to_library(IntPtr client, TextInC cred, TextInC groupID,
+            TextInC templateID);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_user_libraries_with_apps(IntPtr client, TextInC cred, int readOnly, int
-            withTopLevelApps, out ListInC libraries, out IntPtr result);
+        public static extern int pvw_get_user_libraries_with_apps(IntPtr client, TextInC cred, int readOnly,
+            int withTopLevelApps, out ListInC libraries, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
         public static extern int pvw_get_space_notify(IntPtr client, TextInC cred, IntPtr items, UIntPtr itemCount,
             out ListInC itemsBack, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_get_space_activity(IntPtr client, TextInC cred, IntPtr items, UIntPtr
-            itemCount, out ListInC itemsBack, out IntPtr result);
+        public static extern int pvw_get_space_activity(IntPtr client, TextInC cred, IntPtr items,
+            UIntPtr itemCount, out ListInC itemsBack, out IntPtr result);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_send_notification_event(IntPtr client, TextInC cred, int @event, TextInC
-            workspaceID, TextInC workspaceName, TextInC message, TextInC specificTag, TextInC senderUserName);
+        public static extern int pvw_send_notification_event(IntPtr client, TextInC cred, int @event,
+            TextInC workspaceID, TextInC workspaceName, TextInC message, TextInC specificTag, TextInC senderUserName);
 
         [DllImport(File, CallingConvention = CallingConvention.Cdecl)]
-        public static extern int pvw_write_meeting_record(IntPtr client, TextInC cred, TextInC workspaceID, TextInC
-            siteName, TextInC meetingID, TextInC hostID, TextInC sessionName);
+        public static extern int pvw_write_meeting_record(IntPtr client, TextInC cred, TextInC workspaceID,
+            TextInC siteName, TextInC meetingID, TextInC hostID, TextInC sessionName);
     }
 }

@@ -140,6 +140,15 @@ class InterfaceTest(unittest.TestCase):
             with self.assertRaises(interface.sources.Fault):
                 interface.of_class([text])
 
+    def test_a_member_that_the_table_of_its_record_lacks(self):
+        tables = interface.sources.read_tables()
+        row = '    Member{"reply", &CWapiClient::Exchange::reply},\n'
+        self.assertIn(row, tables)
+        with mock.patch.object(interface.sources, "read_tables", lambda: tables.replace(row, "")):
+            with self.assertRaises(interface.sources.Fault) as caught:
+                interface.of_class(list(interface.declarations()))
+        self.assertEqual(str(caught.exception), "CWapiClient::Exchange has reply, and its table has not")
+
     def test_enumerations(self):
         text = "enum A : int { ONE = 1, TWO };\n    enum B : int {\n        THREE,\n    };\n    enum class C { x };\n"
         self.assertEqual(list(interface.enumerations(text)),

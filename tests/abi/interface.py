@@ -36,12 +36,14 @@ def declarations():
 
 
 def records(texts):
-    """Those that have a table, which is every one."""
-    tables = "".join((ROOT / table).read_text(encoding="utf-8") for table in sources.TABLES)
+    """Those that have a table, which is every one, with every member in it."""
+    tables = sources.read_tables()
     found = re.findall(r"kMembers<([\w:]+)>\{", tables)
     for indent, name in (match for text in texts for match in RECORD.findall(text)):
         if scope_of(indent) + name not in found:
             raise sources.Fault(f"{name} has no table of its members")
+    for name in found:
+        sources.expect_whole(name, sources.body_of(name, "".join(texts)), sources.table_rows(name, tables))
     return found
 
 

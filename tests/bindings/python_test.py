@@ -11,26 +11,32 @@ import inspect
 import os
 import pickle
 import shutil
+import signal
 import socket
 import subprocess
 import sys
 import textwrap
 import threading
 import time
+import types
 import unittest
 import unittest.mock
 import warnings
+import zipfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
+LICENCES = ["LICENSE", "THIRD-PARTY.md"]
 URL = os.environ["TEST_SERVICE_URL"]
 STRANGE = "Grüße aus 東京 \U0001F600 <&> \"'"
 
 
 def make_wheel(work):
-    """The package's source is copied: setuptools writes beside what it packs."""
+    """The package's source is copied as it is installed: setuptools writes beside what it packs."""
     shutil.rmtree(work, ignore_errors=True)
     shutil.copytree(ROOT / "bindings/python", work / "source", ignore=shutil.ignore_patterns("__pycache__"))
+    for text in LICENCES:
+        shutil.copy(ROOT / text, work / "source")
     subprocess.run([sys.executable, "-c", f"from setuptools import build_meta\nbuild_meta.build_wheel({str(work)!r})"],
                    cwd=work / "source", check=True, stdout=subprocess.DEVNULL)
     return next(work.glob("pvwapi-*.whl"))
@@ -47,6 +53,26 @@ def silent_server():
     """The operation address of a server that takes connections and says nothing."""
     with socket.create_server(("127.0.0.1", 0)) as server:
         yield f"http://127.0.0.1:{server.getsockname()[1]}/kznconnect/op.do"
+
+
+@contextlib.contextmanager
+def slow_server(seconds):
+    """The operation address of a server that takes its time for one reply."""
+    def answer(server):
+        with server.accept()[0] as connection:
+            connection.recv(65536)
+            time.sleep(seconds)
+            body = b"<?xml version=\"1.0\"?><wapi><result>SUCCESS</result></wapi>"
+            connection.sendall(b"HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Type: text/xml\r\n"
+                               b"Content-Length: %d\r\n\r\n%s" % (len(body), body))
+
+    with socket.create_server(("127.0.0.1", 0)) as server:
+        answering = threading.Thread(target=answer, args=(server,))
+        answering.start()
+        try:
+            yield f"http://127.0.0.1:{server.getsockname()[1]}/kznconnect/op.do"
+        finally:
+            answering.join()
 
 
 def address_of_nobody():
@@ -167,6 +193,25 @@ class FailuresTest(unittest.TestCase):
             with self.assertRaises(pvwapi.NotSent) as caught:
                 client.create_space("", [], 3, 0)
             self.assertNotEqual(caught.exception.reason, "")
+
+    def test_a_cause_that_a_later_library_brings(self):
+        later = pvwapi.NetworkCause(99)
+        self.assertEqual((later, later.name, repr(later)), (99, "UNKNOWN_99", "<NetworkCause.UNKNOWN_99: 99>"))
+        self.assertIs(pvwapi.NetworkCause(99), later)
+        self.assertIs(pickle.loads(pickle.dumps(later)), later)
+        self.assertNotIn(later, list(pvwapi.NetworkCause))
+        with self.assertRaises(ValueError):
+            pvwapi.NetworkCause("99")
+        with pvwapi.Client(address_of_nobody()) as client, \
+                unittest.mock.patch.object(client, "get_network_error_kind", lambda: 99):
+            with self.assertRaises(pvwapi.NetworkError) as caught:
+                client.get_session_info()
+            self.assertIs(caught.exception.cause, later)
+            self.assertIs(pickle.loads(pickle.dumps(caught.exception)).cause, later)
+
+    def test_a_method_that_a_later_library_brings(self):
+        exchange = _library.ExchangeInC(size=ctypes.sizeof(_library.ExchangeInC), method=7)
+        self.assertEqual(pvwapi._client.exchange_of(ctypes.pointer(exchange)).method.name, "UNKNOWN_7")
 
     def test_a_failure_goes_to_another_process(self):
         with pvwapi.Client(address_of_nobody()) as client:
@@ -368,6 +413,134 @@ class ControlTest(unittest.TestCase):
         self.assertFalse(client._handle)
 
 
+class Alarm(Exception):
+    pass
+
+
+class SignalsTest(unittest.TestCase):
+    """What a signal's handler raises while the library has the thread comes out of the call."""
+
+    def setUp(self):
+        self.told = []
+        self.set_hook(self.told.append)
+
+    def set_hook(self, hook):
+        self.addCleanup(setattr, sys, "unraisablehook", sys.unraisablehook)
+        sys.unraisablehook = hook
+        self.hook = hook
+
+    def raise_in(self, seconds, kind):
+        def handler(*_):
+            raise kind
+        self.addCleanup(signal.signal, signal.SIGALRM, signal.signal(signal.SIGALRM, handler))
+        signal.setitimer(signal.ITIMER_REAL, seconds)
+
+    def test_in_a_call(self):
+        for kind in (Alarm, KeyboardInterrupt):
+            for listener in (None, lambda _: True):
+                with slow_server(0.3) as url, pvwapi.Client(url) as client:
+                    client.on_exchange(listener)
+                    self.raise_in(0.1, kind)
+                    with self.assertRaises(kind):
+                        client.call_wapi("cmd=x", cred="c")
+                    self.assertEqual((self.told, sys.unraisablehook), ([], self.hook))
+                    client.set_deadline(50)  # nobody answers the next one
+                    with self.assertRaises(pvwapi.DeadlinePassed):
+                        client.call_wapi("cmd=x", cred="c")
+
+    def test_in_a_refresh(self):
+        with slow_server(0.3) as url, pvwapi.Client(url) as client:
+            self.raise_in(0.1, KeyboardInterrupt)
+            with self.assertRaises(KeyboardInterrupt):
+                client.on_timer()
+        self.assertEqual((self.told, sys.unraisablehook), ([], self.hook))
+
+    def test_in_a_call_of_a_listener(self):
+        told = []
+
+        def listen(_):
+            with slow_server(0.3) as url, pvwapi.Client(url) as inner:
+                self.raise_in(0.1, Alarm)
+                try:
+                    inner.call_wapi("cmd=x", cred="c")
+                except Alarm as raised:
+                    told.append(raised)
+            return True
+
+        with anna() as client:
+            client.on_exchange(listen)
+            client.on_timer()
+        self.assertEqual([type(raised) for raised in told], [Alarm] * 2)
+        self.assertEqual((self.told, sys.unraisablehook), ([], self.hook))
+
+    def test_before_anything_is_sent(self):
+        with silent_server() as url, pvwapi.Client(url) as client, \
+                unittest.mock.patch.object(pvwapi.Client, "_exchanged", side_effect=Alarm):
+            client.set_deadline(20000)
+            begun = time.monotonic()
+            with self.assertRaises(Alarm):
+                client.get_session_info()
+            self.assertLess(time.monotonic() - begun, 10)
+
+    def test_what_is_for_the_hosts_hook(self):
+        class Broken:
+            def __del__(self):
+                raise Alarm
+
+        def listen(_):
+            Broken()
+            breaking = threading.Thread(target=Broken)
+            breaking.start()
+            breaking.join()
+            return True
+
+        def refreshed(_):
+            raise Alarm
+
+        with anna() as client:
+            client.on_exchange(listen)
+            client.get_session_info()
+            self.assertEqual([told.exc_type for told in self.told], [Alarm] * 4)
+            client.on_exchange(None)
+            client.on_refresh(refreshed)
+            client.on_timer()
+        self.assertEqual([told.exc_type for told in self.told], [Alarm] * 5)
+
+    def test_a_hook_that_is_set_meanwhile(self):
+        def listen(_):
+            before = sys.unraisablehook
+            self.set_hook(lambda told: before(told))
+            return True
+
+        with anna() as client:
+            client.on_exchange(listen)
+            client.get_session_info()
+            self.assertIs(sys.unraisablehook, self.hook)
+            client.get_session_info()
+            self.assertIs(sys.unraisablehook, self.hook)
+            mine = types.SimpleNamespace(exc_value=Alarm(), exc_traceback=None)
+            sys.unraisablehook(mine)
+        self.assertEqual(self.told, [mine])
+
+    def test_on_another_thread(self):
+        """No signal is handled there, so that nothing is hidden from the host's hook."""
+        raised = []
+
+        def work():
+            with pvwapi.Client(address_of_nobody()) as client:
+                try:
+                    client.get_session_info()
+                except pvwapi.WapiError as failure:
+                    raised.append(type(failure))
+
+        with unittest.mock.patch.object(pvwapi.Client, "_exchanged", side_effect=Alarm):
+            working = threading.Thread(target=work)
+            working.start()
+            working.join()
+        self.assertEqual(len(raised), 1)
+        self.assertEqual({told.exc_type for told in self.told}, {Alarm})
+
+
 class AsyncTest(unittest.IsolatedAsyncioTestCase):
     async def test_calls_are_awaited_in_turn(self):
         async with pvwapi.AsyncClient(URL) as client:
@@ -467,6 +640,57 @@ class AsyncTest(unittest.IsolatedAsyncioTestCase):
         self.assertIsNone(client._client)
 
 
+    async def test_a_library_that_is_not_there_or_too_old(self):
+        for patch in (unittest.mock.patch.dict(os.environ, PVWAPI_LIBRARY="/no/such/library.so"),
+                      unittest.mock.patch.object(_records, "ABI_VERSION", 99)):
+            _library.library.cache_clear()
+            client = pvwapi.AsyncClient(URL)
+            with patch, self.assertRaises((OSError, ImportError)) as caught:
+                await asyncio.wait_for(client.__aenter__(), 10)
+            self.assertNotIsInstance(caught.exception, asyncio.TimeoutError)
+            await asyncio.get_running_loop().run_in_executor(None, client._thread.join)
+            async with client:  # it is there now
+                self.assertEqual(await client.get_user_id(), "")
+
+    async def test_what_a_listener_raises(self):
+        for kind, wanted in ((KeyError, KeyError), (StopIteration, RuntimeError)):
+            def listen(_, kind=kind):
+                raise kind("mine")
+            async with pvwapi.AsyncClient(URL) as client:
+                await client.on_exchange(listen)
+                with self.assertRaises(wanted) as caught:
+                    await asyncio.wait_for(client.get_session_info(), 10)
+                cause = caught.exception.__cause__ or caught.exception
+                self.assertEqual((type(cause), cause.args), (kind, ("mine",)))
+
+    async def test_a_task_that_is_cancelled_while_it_leaves(self):
+        leaving = asyncio.Event()
+        calls = []
+
+        def listen(_):
+            time.sleep(0.3)
+            return True
+
+        async def use():
+            async with pvwapi.AsyncClient(URL) as client:
+                await client.on_exchange(listen)
+                calls.append(asyncio.ensure_future(client.get_session_info()))
+                await asyncio.sleep(0.1)
+                calls.append(client)
+                leaving.set()
+
+        task = asyncio.ensure_future(use())
+        await leaving.wait()
+        await asyncio.sleep(0.05)
+        task.cancel()
+        with self.assertRaises(asyncio.CancelledError):
+            await task
+        call, client = calls
+        self.assertFalse(client._thread.is_alive())
+        with self.assertRaises(pvwapi.Cancelled):
+            await call
+
+
 class InterfaceTest(unittest.TestCase):
     def test_the_awaited_operations_are_the_same(self):
         def of(kind):
@@ -503,6 +727,13 @@ class InterfaceTest(unittest.TestCase):
         _library.library.cache_clear()
         with unittest.mock.patch.object(_records, "ABI_VERSION", 99), self.assertRaises(ImportError):
             _library.library()
+
+    def test_the_wheel_has_the_licences(self):
+        with zipfile.ZipFile(sys.path[0]) as wheel:
+            names = [name for name in wheel.namelist() if ".dist-info/" in name]
+            for text in LICENCES:
+                [inside] = [name for name in names if Path(name).name == text]
+                self.assertEqual(wheel.read(inside), (ROOT / text).read_bytes())
 
     def test_what_is_the_librarys(self):
         self.assertEqual(pvwapi.version(), pvwapi.__version__)

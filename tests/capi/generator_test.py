@@ -2,6 +2,7 @@
 import contextlib
 import copy
 import io
+import re
 import sys
 import unittest
 from pathlib import Path
@@ -79,6 +80,35 @@ class AgreementTest(unittest.TestCase):
             declarations = self.declarations.copy()
             declarations.insert(at, further)
             self.assertEqual(list(agreement.faults(self.description, declarations)), ["the class has 2 of getTabs"])
+
+    def test_a_member_that_the_table_of_its_record_lacks(self):
+        headers = sources.record_headers()
+        for place, line, fault in (
+                ("    CStringT spaceIconURL;\n    int role = 0;", "    CStringT more;", "SpaceForList has more"),
+                ("    CStringT spaceIconURL;\n    int role = 0;", "    unsigned int more[2] = {};  ///< a note",
+                 "SpaceForList has more"),
+                ("    int role = 0;  ///< 1 member, 2 administrator; 0 while unknown\n};\n\n/// An inv",
+                 "    int also = toInt(status), more{7};", "SpaceForList has also, more"),
+                ("    CStringT GetID() const", "    const CStringT& GetMore() const { return more_; }",
+                 "CZelTab has GetMore"),
+                ("    CStringT name;\n    CStringT ID;\n    CStringT description;\n\nprivate", "    bool more = false;",
+                 "CZelTemplateItem has more")):
+            grown = headers.replace(place, f"{line}\n{place}", 1)
+            self.assertNotEqual(grown, headers)
+            with self.assertRaises(sources.Fault) as caught:
+                list(sources.read_records(self.description.records, grown))
+            self.assertEqual(str(caught.exception), f"{fault}, and its table has not")
+
+    def test_what_is_no_member(self):
+        headers = sources.record_headers()
+        place = "    CStringT workspaceID;\n    CStringT workspaceName;\n    CStringT status;"
+        for line in ("    void more(int a);", "    int more() const { return 7; }", "    static int more;",
+                     "    using More = std::vector<int>;", "    enum class More : int { one, two };",
+                     "    friend struct More;", "    CStringT GetMore() const;", "    // CStringT more;"):
+            self.assertEqual(headers.count(place), 1)
+            grown = headers.replace(place, f"{line}\n{place}")
+            self.assertEqual(len(list(sources.read_records(self.description.records, grown))),
+                             len(self.description.records))
 
     def test_a_record_without_its_table(self):
         with self.assertRaises(sources.Fault):
@@ -171,6 +201,36 @@ class BindingsTest(unittest.TestCase):
         self.assertEqual(list(words.enumeration("Event", header)), [("END_VOICE", 4, "over")])
 
 
+class WordsTest(unittest.TestCase):
+    """A binding speaks of results as its language has them."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.files = generate.written_files()
+
+    def test_what_an_operation_returns_in_c(self):
+        in_c = re.sub(r"\s*(?:///)?\s+(?:///)?\s*", " ", self.files["capi/pvwapi_c.h"])
+        for phrase in words.RESULTS:
+            self.assertIn(phrase, in_c)
+        for name in ("bindings/python/pvwapi/_operations.py", "bindings/python/pvwapi/_records.py",
+                     "bindings/csharp/PvWapi.cs"):
+            text = re.sub(r"\s*(?:///)?\s+", " ", self.files[name])
+            self.assertIsNone(re.search(r"returns [01]\b|[01] returned|returned [01]\b|Always [01]|result is [01]\b|"
+                                        r"[.] [01] where", text))
+            self.assertEqual(text.count("Succeeds whatever comes of it"), text.count("Sends cmd=logout."))
+
+    def test_lines_are_not_broken_within_a_parameter(self):
+        text = self.files["bindings/python/pvwapi/_operations.py"]
+        broken = re.findall(r"\(\n((?: +.*\n)+?) *\)", text)
+        self.assertGreater(len(broken), 20)
+        for lines in (block.splitlines() for block in broken):
+            self.assertTrue(all(line.endswith(",") for line in lines[:-1]), lines)
+            self.assertTrue(all(line.count("(") == line.count(")") for line in lines), lines)
+        in_csharp = self.files["bindings/csharp/PvWapi.cs"]
+        for statement in re.findall(r"extern ([^;]*);", in_csharp):
+            self.assertTrue(all(line.endswith(",") for line in statement.splitlines()[:-1]), statement)
+
+
 class VersionScriptTest(unittest.TestCase):
     def test_a_function_that_came_later_has_a_version_of_its_own(self):
         description = sources.read_description()
@@ -201,6 +261,8 @@ class WrittenFilesTest(unittest.TestCase):
     def test_names_in_snake_case(self):
         for name, wanted in (("getTabs", "get_tabs"), ("GetWkspList", "get_wksp_list"), ("getOpURL", "get_op_url"),
                              ("createRDQAVAccount", "create_rdqav_account"), ("login", "login"),
+                             ("workspaceIDs", "workspace_ids"), ("URLs", "urls"), ("ISProviders", "is_providers"),
+                             ("VoIPInt", "voip_int"), ("QueltAVToken", "quelt_av_token"), ("IMExt", "im_ext"),
                              ("probeSpaceAccess2", "probe_space_access2"), ("getUserID", "get_user_id")):
             self.assertEqual(sources.snake(name), wanted)
 

@@ -43,8 +43,10 @@ class AsyncClient(AwaitedOperations):
         client, self._client = self._client, None
         closed = self._do(client.close)
         self._jobs.put(None)
-        await self._end(client, closed)
+        cancelled = await self._end(client, closed)
         self._thread.join()
+        if cancelled is not None:
+            raise cancelled
 
     def _open(self) -> None:
         self._client = Client(self._url)
@@ -57,22 +59,26 @@ class AsyncClient(AwaitedOperations):
     def _work(self) -> None:
         """Does one job after the other, and sees to the timer in between."""
         while True:
-            dispatch_pending_messages()
-            try:
+            with contextlib.suppress(queue.Empty):
                 job = self._jobs.get(timeout=TICK)
-            except queue.Empty:
-                continue
-            if job is None:
-                return
-            job()
+                if job is None:
+                    return
+                job()
+            if self._client is not None:  # without one there may be no library
+                dispatch_pending_messages()
 
     @staticmethod
-    async def _end(client: Client, done: asyncio.Future) -> None:
-        """Ends the call, which may only just be about to begin, whoever cancels the task meanwhile."""
+    async def _end(client: Client, done: asyncio.Future) -> asyncio.CancelledError | None:
+        """Ends the call, which may only just be about to begin, whoever cancels the task meanwhile. Returns what is to
+        be raised then."""
+        cancelled = None
         while not done.done():
             client.cancel()
-            with contextlib.suppress(asyncio.CancelledError):
+            try:
                 await asyncio.wait([done], timeout=0.01)
+            except asyncio.CancelledError as raised:
+                cancelled = raised
+        return cancelled
 
     def _do(self, function: Callable, *arguments, **named) -> asyncio.Future:
         loop = asyncio.get_running_loop()
@@ -85,6 +91,10 @@ class AsyncClient(AwaitedOperations):
         def job():
             try:
                 value = function(*arguments, **named)
+            except StopIteration as raised:  # a future takes none
+                failure = RuntimeError("a listener raised StopIteration")
+                failure.__cause__ = raised
+                loop.call_soon_threadsafe(settle, done.set_exception, failure)
             except BaseException as raised:
                 loop.call_soon_threadsafe(settle, done.set_exception, raised)
             else:

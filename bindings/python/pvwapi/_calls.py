@@ -6,6 +6,8 @@ import contextlib
 import threading
 import time
 
+from ._interrupts import interrupts
+
 PATIENCE = 5  # seconds for a listener that does not return
 
 
@@ -31,7 +33,8 @@ class Calls:
     @contextlib.contextmanager
     def running(self):
         if getattr(self._own, "is_within", False):  # a listener's call
-            yield
+            with interrupts.raised():
+                yield
             return
         with self._changed:
             while self._is_over and threading.current_thread() is not threading.main_thread():
@@ -39,7 +42,8 @@ class Calls:
             self._count += 1
         self._own.is_within = True
         try:
-            yield
+            with interrupts.raised():
+                yield
         finally:
             self._own.is_within = False
             with self._changed:

@@ -13,6 +13,7 @@ from . import _library
 from ._calls import calls
 from ._conversion import Given, Out, Result, expects_result, number
 from ._errors import Cancelled, DeadlinePassed, NetworkError, NotSent, WapiError
+from ._interrupts import interrupts
 from ._library import Text, library
 from ._operations import Operations
 from ._records import Method, NetworkCause
@@ -76,7 +77,16 @@ _listening: weakref.WeakValueDictionary = weakref.WeakValueDictionary()
 _numbers = itertools.count(1)
 
 
+def _stop(variables, _) -> bool:
+    """The library has been told nothing by a listener that was interrupted."""
+    client = _listening.get(variables["context"])
+    if client is not None:
+        client.cancel()
+    return True
+
+
 @_library.RefreshListener
+@interrupts.expected(lambda _, raised: not isinstance(raised, Exception))  # which is the host's listener's own
 def _refreshed(context, result):
     client = _listening.get(context)
     if client is not None:
@@ -84,12 +94,14 @@ def _refreshed(context, result):
 
 
 @_library.ExchangeListener
+@interrupts.expected(_stop)
 def _exchanged(context, place):
     client = _listening.get(context)
     return 1 if client is None else client._exchanged(place)
 
 
 @_library.TransferProgress
+@interrupts.expected(_stop)
 def _transferred(context, done, size):
     client = _listening.get(context)
     return 1 if client is None else client._transferred(done, size)

@@ -6,6 +6,23 @@ import functools
 import os
 import sys
 from ctypes import CFUNCTYPE, POINTER, Structure, c_char_p, c_int, c_size_t, c_uint, c_void_p
+from enum import IntEnum
+
+
+class Answered(IntEnum):
+    """Numbers that the library answers with. One that only a later library has is no member, and yet of the kind."""
+
+    @classmethod
+    def _missing_(cls, value):
+        if not isinstance(value, int):
+            return None
+        member = int.__new__(cls, value)
+        member._name_ = f"UNKNOWN_{value}"
+        member._value_ = int(value)
+        return cls._value2member_map_.setdefault(member._value_, member)
+
+    def __reduce_ex__(self, protocol):
+        return type(self), (self._value_,)
 
 
 class Text(Structure):

@@ -57,8 +57,8 @@ class Operations:
         return self._ask("pvw_get_lst_msg", Out(records.MessageInC))
 
     def get_network_error(self) -> int:
-        """`error` becomes 1 when the last request got no whole reply: no server was reached, the connection broke, or
-        the host stopped the transfer itself. 0 when it got any reply."""
+        """1 when the last request got no whole reply: no server was reached, the connection broke, or the host stopped
+        the transfer itself. 0 when it got any reply."""
         return self._ask("pvw_get_network_error", Out(c_int))
 
     def get_network_error_kind(self) -> int:
@@ -93,23 +93,23 @@ class Operations:
 
     def login(self, user_name: str, token: str, isp: str, password: str, use_token: int, send: int) -> None:
         """Sends cmd=login with the token where `use_token` is not 0, with the password otherwise. On success the root
-        credential is replaced and the timer starts; on failure both stay. With `send` 0 nothing is sent and 0
-        returned."""
+        credential is replaced and the timer starts; on failure both stay. With `send` 0 nothing is sent, which fails
+        as NotSent."""
         self._operate(
-            "pvw_login", One(Text, user_name), One(Text, token), One(Text, isp), One(Text, password), One(c_int,
-            use_token), One(c_int, send)
+            "pvw_login", One(Text, user_name), One(Text, token), One(Text, isp), One(Text, password),
+            One(c_int, use_token), One(c_int, send)
         )
 
     def get_cred_for_expired(self, user_name: str, token: str, isp: str, password: str, use_token: int) -> str:
         """The same request for a session that has expired: the credential goes to `new_cred`, and neither the client's
         own nor its timer is touched."""
         return self._operate(
-            "pvw_get_cred_for_expired", Out(Text), One(Text, user_name), One(Text, token), One(Text, isp), One(Text,
-            password), One(c_int, use_token)
+            "pvw_get_cred_for_expired", Out(Text), One(Text, user_name), One(Text, token), One(Text, isp),
+            One(Text, password), One(c_int, use_token)
         )
 
     def logout(self, *, cred: str | None = None) -> None:
-        """Sends cmd=logout. Always 1, whatever comes of it; the credential, the timer and the last message stay."""
+        """Sends cmd=logout. Succeeds whatever comes of it; the credential, the timer and the last message stay."""
         self._operate("pvw_logout", One(Text, self._cred(cred)))
 
     def get_session_info(self, *, cred: str | None = None) -> None:
@@ -123,8 +123,8 @@ class Operations:
         return self._operate("pvw_clone_session", One(Text, self._cred(cred)), One(Text, workspace), Out(Text))
 
     def call_wapi(self, command: str, *, cred: str | None = None) -> None:
-        """Sends `command`, raw, with the credential behind it. 1 where the reply's result is SUCCESS. The timer is not
-        re-armed."""
+        """Sends `command`, raw, with the credential behind it. Fails unless the reply's result is SUCCESS. The timer is
+        not re-armed."""
         self._operate("pvw_call_wapi", One(Text, self._cred(cred)), One(Text, command))
 
     def wapi_proxy_call(
@@ -132,10 +132,10 @@ class Operations:
     ) -> tuple[bool, str]:
         """Sends `command` to `url` with the header lines of `headers`: as a form by Method.POST, joined to the URL
         behind "?" otherwise; where `with_cred` is not 0 the credential follows it and the reply's result decides,
-        else the result is 0. `reply` receives whatever came back also where the result is 0, and nothing without a
-        connection. A command that contains "cmd=login" is not sent. The last message and the timer are left alone.
-        Raw: command, address and header lines; where the command is joined to the URL, a "#" in it is encoded and
-        that of the URL is cut off."""
+        else the result is False. `reply` receives whatever came back also where the result is False, and nothing
+        without a connection. A command that contains "cmd=login" is not sent. The last message and the timer are
+        left alone. Raw: command, address and header lines; where the command is joined to the URL, a "#" in it is
+        encoded and that of the URL is cut off."""
         return self._operate_always(
             "pvw_wapi_proxy_call", One(Text, self._cred(cred)), One(Text, command), One(c_int, method), One(Text, url),
             One(Text, headers), One(c_int, with_cred), Out(Text)
@@ -153,27 +153,27 @@ class Operations:
         )
 
     def clone_wksp(
-        self, name: str, source_workspace_id: str, type_and_flags: int, fields: Sequence[WorkspaceField], favourite:
-        int, *, cred: str | None = None
+        self, name: str, source_workspace_id: str, type_and_flags: int, fields: Sequence[WorkspaceField],
+        favourite: int, *, cred: str | None = None
     ) -> str:
         """Sends cmd=execute, task=CloneWorkspace: a new workspace, or a template, with the tabs of another one. The low
         four bits of `type_and_flags` are the type, bit 4 makes a template; a discussion room is made where the whole
         is 0. `workspace_id` receives its ID. An empty name is refused without a request or a message. Re-arms the
         timer. In XML: the name; raw, and in XML: the ID of the source."""
         return self._operate(
-            "pvw_clone_wksp", One(Text, self._cred(cred)), One(Text, name), One(Text, source_workspace_id), One(c_int,
-            type_and_flags), Items(WorkspaceField, fields), Out(Text), One(c_int, favourite)
+            "pvw_clone_wksp", One(Text, self._cred(cred)), One(Text, name), One(Text, source_workspace_id),
+            One(c_int, type_and_flags), Items(WorkspaceField, fields), Out(Text), One(c_int, favourite)
         )
 
     def edit_ext_wksp(
-        self, workspace_id: str, name: str, change_name: int, fields: Sequence[WorkspaceField], *, cred: str | None =
-        None
+        self, workspace_id: str, name: str, change_name: int, fields: Sequence[WorkspaceField],
+        *, cred: str | None = None
     ) -> None:
         """Sends cmd=set, type=workspace: the description, and the name where `change_name` is not 0. Refused without a
         request: an empty ID, and no name to change with no fields at all. Re-arms the timer. In XML: the name."""
         self._operate(
-            "pvw_edit_ext_wksp", One(Text, self._cred(cred)), One(Text, workspace_id), One(Text, name), One(c_int,
-            change_name), Items(WorkspaceField, fields)
+            "pvw_edit_ext_wksp", One(Text, self._cred(cred)), One(Text, workspace_id), One(Text, name),
+            One(c_int, change_name), Items(WorkspaceField, fields)
         )
 
     def delete_wksp(self, workspace_id: str, *, cred: str | None = None) -> None:
@@ -212,8 +212,8 @@ class Operations:
         """Sends cmd=execute, task=AddTabs: a new plain tab; `tab_id` receives its ID. An empty workspace ID or name is
         refused without a request. The timer is not re-armed. In XML: the workspace's ID; in CDATA: the name."""
         return self._operate(
-            "pvw_create_tab", One(Text, self._cred(cred)), One(Text, workspace_id), One(Text, tab_name), One(c_int,
-            tab_order), Out(Text)
+            "pvw_create_tab", One(Text, self._cred(cred)), One(Text, workspace_id), One(Text, tab_name),
+            One(c_int, tab_order), Out(Text)
         )
 
     def get_tabs(self, workspace_id: str, *, cred: str | None = None) -> list[Tab]:
@@ -271,7 +271,7 @@ class Operations:
         )
 
     def get_spaces_test(self) -> None:
-        """Does nothing and returns 1."""
+        """Does nothing."""
         self._operate("pvw_get_spaces_test")
 
     def probe_space_access(self, workspace_id: str, tests: int, *, cred: str | None = None) -> SpaceAccess:
@@ -299,11 +299,11 @@ class Operations:
             "pvw_probe_chat_room_access", One(Text, self._cred(cred)), One(Text, room_id), Out(records.RoomAccessInC)
         )
 
-    def get_role(self, workspace_i_ds: Sequence[str], *, cred: str | None = None) -> list[RoleItem]:
+    def get_role(self, workspace_ids: Sequence[str], *, cred: str | None = None) -> list[RoleItem]:
         """Sends cmd=execute, task=ProbeAccess: may the user get and set each workspace? `roles` has the answers, one
         for each question. Re-arms the timer. In XML: the IDs."""
         return self._operate(
-            "pvw_get_role", One(Text, self._cred(cred)), Items(str, workspace_i_ds), Out(records.RoleItemListInC)
+            "pvw_get_role", One(Text, self._cred(cred)), Items(str, workspace_ids), Out(records.RoleItemListInC)
         )
 
     def probe_access_all_space(self, other_user_id: str, *, cred: str | None = None) -> list[RoleItem]:
@@ -439,8 +439,8 @@ class Operations:
         """Sends cmd=execute, task=GetUserLibrariesWithApps: the libraries with their applications. Re-arms the timer.
         """
         return self._operate(
-            "pvw_get_user_libraries_with_apps", One(Text, self._cred(cred)), One(c_int, read_only), One(c_int,
-            with_top_level_apps), Out(records.AppLibraryListInC)
+            "pvw_get_user_libraries_with_apps", One(Text, self._cred(cred)), One(c_int, read_only),
+            One(c_int, with_top_level_apps), Out(records.AppLibraryListInC)
         )
 
     def get_space_notify(self, items: Sequence[SpaceCountItem], *, cred: str | None = None) -> list[SpaceCountItem]:
@@ -460,8 +460,8 @@ class Operations:
         )
 
     def send_notification_event(
-        self, event: int, workspace_id: str, workspace_name: str, message: str, specific_tag: str, sender_user_name:
-        str, *, cred: str | None = None
+        self, event: int, workspace_id: str, workspace_name: str, message: str, specific_tag: str,
+        sender_user_name: str, *, cred: str | None = None
     ) -> None:
         """Sends cmd=execute, task=SendNotificationEvent. A value that is no event is refused without a request, with a
         last message. Re-arms the timer. In XML: the ID, the tag and the sender; in CDATA: the workspace's name and
@@ -472,8 +472,8 @@ class Operations:
         )
 
     def write_meeting_record(
-        self, workspace_id: str, site_name: str, meeting_id: str, host_id: str, session_name: str, *, cred: str | None
-        = None
+        self, workspace_id: str, site_name: str, meeting_id: str, host_id: str, session_name: str,
+        *, cred: str | None = None
     ) -> None:
         """Sends cmd=create, type=thng: the record of a meeting. Re-arms the timer. In XML: all five texts."""
         self._operate(
@@ -506,8 +506,8 @@ class AwaitedOperations:
         return await self._run(Operations.get_lst_msg)
 
     async def get_network_error(self) -> int:
-        """`error` becomes 1 when the last request got no whole reply: no server was reached, the connection broke, or
-        the host stopped the transfer itself. 0 when it got any reply."""
+        """1 when the last request got no whole reply: no server was reached, the connection broke, or the host stopped
+        the transfer itself. 0 when it got any reply."""
         return await self._run(Operations.get_network_error)
 
     async def get_network_error_kind(self) -> int:
@@ -542,8 +542,8 @@ class AwaitedOperations:
 
     async def login(self, user_name: str, token: str, isp: str, password: str, use_token: int, send: int) -> None:
         """Sends cmd=login with the token where `use_token` is not 0, with the password otherwise. On success the root
-        credential is replaced and the timer starts; on failure both stay. With `send` 0 nothing is sent and 0
-        returned."""
+        credential is replaced and the timer starts; on failure both stay. With `send` 0 nothing is sent, which fails
+        as NotSent."""
         await self._run(Operations.login, user_name, token, isp, password, use_token, send)
 
     async def get_cred_for_expired(self, user_name: str, token: str, isp: str, password: str, use_token: int) -> str:
@@ -552,7 +552,7 @@ class AwaitedOperations:
         return await self._run(Operations.get_cred_for_expired, user_name, token, isp, password, use_token)
 
     async def logout(self, *, cred: str | None = None) -> None:
-        """Sends cmd=logout. Always 1, whatever comes of it; the credential, the timer and the last message stay."""
+        """Sends cmd=logout. Succeeds whatever comes of it; the credential, the timer and the last message stay."""
         await self._run(Operations.logout, cred=cred)
 
     async def get_session_info(self, *, cred: str | None = None) -> None:
@@ -566,8 +566,8 @@ class AwaitedOperations:
         return await self._run(Operations.clone_session, workspace, cred=cred)
 
     async def call_wapi(self, command: str, *, cred: str | None = None) -> None:
-        """Sends `command`, raw, with the credential behind it. 1 where the reply's result is SUCCESS. The timer is not
-        re-armed."""
+        """Sends `command`, raw, with the credential behind it. Fails unless the reply's result is SUCCESS. The timer is
+        not re-armed."""
         await self._run(Operations.call_wapi, command, cred=cred)
 
     async def wapi_proxy_call(
@@ -575,10 +575,10 @@ class AwaitedOperations:
     ) -> tuple[bool, str]:
         """Sends `command` to `url` with the header lines of `headers`: as a form by Method.POST, joined to the URL
         behind "?" otherwise; where `with_cred` is not 0 the credential follows it and the reply's result decides,
-        else the result is 0. `reply` receives whatever came back also where the result is 0, and nothing without a
-        connection. A command that contains "cmd=login" is not sent. The last message and the timer are left alone.
-        Raw: command, address and header lines; where the command is joined to the URL, a "#" in it is encoded and
-        that of the URL is cut off."""
+        else the result is False. `reply` receives whatever came back also where the result is False, and nothing
+        without a connection. A command that contains "cmd=login" is not sent. The last message and the timer are
+        left alone. Raw: command, address and header lines; where the command is joined to the URL, a "#" in it is
+        encoded and that of the URL is cut off."""
         return await self._run(Operations.wapi_proxy_call, command, method, url, headers, with_cred, cred=cred)
 
     async def create_space(
@@ -590,8 +590,8 @@ class AwaitedOperations:
         return await self._run(Operations.create_space, name, fields, type, favourite, cred=cred)
 
     async def clone_wksp(
-        self, name: str, source_workspace_id: str, type_and_flags: int, fields: Sequence[WorkspaceField], favourite:
-        int, *, cred: str | None = None
+        self, name: str, source_workspace_id: str, type_and_flags: int, fields: Sequence[WorkspaceField],
+        favourite: int, *, cred: str | None = None
     ) -> str:
         """Sends cmd=execute, task=CloneWorkspace: a new workspace, or a template, with the tabs of another one. The low
         four bits of `type_and_flags` are the type, bit 4 makes a template; a discussion room is made where the whole
@@ -602,8 +602,8 @@ class AwaitedOperations:
         )
 
     async def edit_ext_wksp(
-        self, workspace_id: str, name: str, change_name: int, fields: Sequence[WorkspaceField], *, cred: str | None =
-        None
+        self, workspace_id: str, name: str, change_name: int, fields: Sequence[WorkspaceField],
+        *, cred: str | None = None
     ) -> None:
         """Sends cmd=set, type=workspace: the description, and the name where `change_name` is not 0. Refused without a
         request: an empty ID, and no name to change with no fields at all. Re-arms the timer. In XML: the name."""
@@ -689,7 +689,7 @@ class AwaitedOperations:
         return await self._run(Operations.get_space_batch, workspace_id, cred=cred)
 
     async def get_spaces_test(self) -> None:
-        """Does nothing and returns 1."""
+        """Does nothing."""
         await self._run(Operations.get_spaces_test)
 
     async def probe_space_access(self, workspace_id: str, tests: int, *, cred: str | None = None) -> SpaceAccess:
@@ -710,10 +710,10 @@ class AwaitedOperations:
         """The same for a discussion room. The timer is not re-armed. In XML: the ID."""
         return await self._run(Operations.probe_chat_room_access, room_id, cred=cred)
 
-    async def get_role(self, workspace_i_ds: Sequence[str], *, cred: str | None = None) -> list[RoleItem]:
+    async def get_role(self, workspace_ids: Sequence[str], *, cred: str | None = None) -> list[RoleItem]:
         """Sends cmd=execute, task=ProbeAccess: may the user get and set each workspace? `roles` has the answers, one
         for each question. Re-arms the timer. In XML: the IDs."""
-        return await self._run(Operations.get_role, workspace_i_ds, cred=cred)
+        return await self._run(Operations.get_role, workspace_ids, cred=cred)
 
     async def probe_access_all_space(self, other_user_id: str, *, cred: str | None = None) -> list[RoleItem]:
         """Sends cmd=execute, task=RunScript: the same for every workspace that the user shares with another. Re-arms
@@ -834,8 +834,8 @@ class AwaitedOperations:
         return await self._run(Operations.get_space_activity, items, cred=cred)
 
     async def send_notification_event(
-        self, event: int, workspace_id: str, workspace_name: str, message: str, specific_tag: str, sender_user_name:
-        str, *, cred: str | None = None
+        self, event: int, workspace_id: str, workspace_name: str, message: str, specific_tag: str,
+        sender_user_name: str, *, cred: str | None = None
     ) -> None:
         """Sends cmd=execute, task=SendNotificationEvent. A value that is no event is refused without a request, with a
         last message. Re-arms the timer. In XML: the ID, the tag and the sender; in CDATA: the workspace's name and
@@ -846,8 +846,8 @@ class AwaitedOperations:
         )
 
     async def write_meeting_record(
-        self, workspace_id: str, site_name: str, meeting_id: str, host_id: str, session_name: str, *, cred: str | None
-        = None
+        self, workspace_id: str, site_name: str, meeting_id: str, host_id: str, session_name: str,
+        *, cred: str | None = None
     ) -> None:
         """Sends cmd=create, type=thng: the record of a meeting. Re-arms the timer. In XML: all five texts."""
         await self._run(

@@ -5,13 +5,13 @@ from ctypes import POINTER, Structure, c_int, c_size_t
 from dataclasses import dataclass, field
 from enum import IntEnum
 
-from ._library import Text
+from ._library import Answered, Text
 
 VERSION = "1.0.0"
 ABI_VERSION = 1
 
 
-class NetworkCause(IntEnum):
+class NetworkCause(Answered):
     """Why the last request got no whole reply."""
 
     NONE = 0
@@ -31,11 +31,11 @@ class NetworkCause(IntEnum):
     TOO_LARGE = 14
     SILENCE = 15  # 60 s without a byte
     DEADLINE = 16
-    CANCELLED = 17  # by cancel, or by a listener that returned 0
+    CANCELLED = 17  # by cancel, or by a listener that returned False
     LOCAL = 18  # memory, descriptors
 
 
-class Method(IntEnum):
+class Method(Answered):
     """How a command goes out."""
 
     GET = 0
@@ -582,8 +582,8 @@ class Policy:
     disable_im_catch_int: int = 0
     disable_im_catch_ext: int = 0
     local_archive: int = 0
-    vo_ip_int: int = 0
-    vo_ip_ext: int = 0
+    voip_int: int = 0
+    voip_ext: int = 0
     video_int: int = 0
     video_ext: int = 0
     desktop_share_int: int = 0
