@@ -151,8 +151,29 @@ void readReply(store::Exchange& exchange, const http::Response& response, const 
     exchange.exceptionID = wordOf(outcome.exceptionID, secrets);
 }
 
+std::string leftOut(std::size_t bytes)
+{
+    return std::to_string(bytes) + " bytes that are left out";
+}
+
+// What became of it is said at the beginning of a reply.
+void readHead(store::Exchange& exchange, const Heard& heard)
+{
+    const http::Response& response = heard.response;
+    exchange.path = wordOf(http::pathOf(heard.request.target), {});
+    exchange.operation = operationOf(heard.request, {}, {});
+    exchange.user = response.user;
+    PairList shown;
+    if (heard.bytesOut > 0) shown.add("", leftOut(heard.bytesOut));
+    exchange.fields = shown.text();
+    exchange.reply = leftOut(heard.bytesIn);
+    const bool isText = response.contentType.starts_with("text/");
+    exchange.result = isText ? logreader::nameOf(logreader::outcomeOf(response.body).kind) : "SUCCESS";
+}
+
 void read(store::Exchange& exchange, const Heard& heard)
 {
+    if (heard.isHead) return readHead(exchange, heard);
     const std::optional<logreader::Fields> form = fieldsOf(heard);
     const logreader::Fields fields = form.value_or(logreader::Fields());
     const std::vector<std::string> secrets = logreader::secretsOf(fields);

@@ -115,12 +115,63 @@ TEST_F(JournalAlone, MuchAtOnceIsRead)
     EXPECT_EQ(store::findExchange(database_, 20)->bytesOut, form.size());
 }
 
+// Who writes is not there, and nobody waits for it.
+TEST_F(JournalAlone, OfMoreThanCanWaitTheHeadsAreKept)
+{
+    journal::Journal journal(database_, never);
+    std::string form = "cmd=fly";
+    for (int i = 0; i < 60; ++i) form += "&f" + std::to_string(i) + "=" + std::string(100'000, 'x');
+    const std::string reply = "<kznapi><response><result>FAILURE</result><reason>no</reason></response></kznapi>";
+    for (int i = 0; i < 20; ++i) post(journal, form, reply);
+    journal.settle();
+    EXPECT_EQ(journal.totals().count, 20);
+    EXPECT_LT(journal.totals().bytes, 33LL * 1024 * 1024);
+    EXPECT_GT(store::findExchange(database_, 1)->fields.size(), 6'000'000U);
+    const auto last = store::findExchange(database_, 20);
+    EXPECT_EQ(last->fields, "[[\"\",\"" + std::to_string(form.size()) + " bytes that are left out\"]]");
+    EXPECT_EQ(last->reply, std::to_string(reply.size()) + " bytes that are left out");
+    EXPECT_EQ(last->result, "FAILURE");
+    EXPECT_EQ(last->bytesOut, form.size());
+    post(journal, "cmd=fly", reply);
+    journal.settle();
+    EXPECT_EQ(store::findExchange(database_, 21)->reply, reply);
+}
+
+// Others, who wait for the data file, come in between.
+TEST_F(JournalAlone, WritesAFewMegabytesATurn)
+{
+    std::vector<std::function<void()>> turns;
+    std::mutex mutex;
+    journal::Journal journal(database_, [&](std::function<void()> write) {
+        const std::lock_guard lock(mutex);
+        turns.push_back(std::move(write));
+    });
+    for (int i = 0; i < 40; ++i) post(journal, "cmd=fly", std::string(250'000, 'x'));
+    bool isSettled = false;
+    journal.whenSettled([&isSettled] { isSettled = true; });
+    int count = 0;
+    for (long long bytes = 0; !isSettled;) {
+        std::unique_lock lock(mutex);
+        if (turns.empty()) continue;
+        const std::function<void()> write = std::exchange(turns, {}).front();
+        lock.unlock();
+        write();
+        EXPECT_LE(journal.totals().bytes - bytes, 4LL * 1024 * 1024);
+        bytes = journal.totals().bytes;
+        ++count;
+    }
+    EXPECT_GE(count, 3);
+    EXPECT_EQ(journal.totals().count, 40);
+    journal.whenSettled([&count] { count = 0; });
+    EXPECT_EQ(count, 0);
+}
+
 TEST_F(JournalAlone, ALongReplyIsHeardAsFarAsItIsKept)
 {
     http::Response response;
     response.body.assign(4 * journal::kLongestText, 'x');
     const journal::Heard heard = journal::heardOf({"POST", "/kznconnect/op.do", "", "cmd=fly"}, response);
-    EXPECT_LE(journal::sizeOf(heard), journal::kLongestText + 100);
+    EXPECT_LE(journal::sizeOf(heard), journal::kLongestText + 1000);
     EXPECT_EQ(heard.bytesIn, 4 * journal::kLongestText);
     EXPECT_EQ(journal::exchangeOf(heard).reply, std::string(journal::kLongestText, 'x'));
 }
