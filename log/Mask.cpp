@@ -225,6 +225,7 @@ std::vector<std::size_t> overlapsOf(std::string_view text)
 /// Looks at each byte a few times at most, so that no text and no secret make it slow.
 std::string replaced(std::string_view text, std::string_view secret)
 {
+    if (text.size() < secret.size()) return std::string(text);
     const std::string_view beginning = secret.substr(0, kShortestSecret);
     const std::vector<std::size_t> overlaps = overlapsOf(secret);
     Edited result(text);
@@ -296,6 +297,19 @@ Fields masked(Fields fields)
         else if (!field.value.empty()) field.value = kMask;
     }
     return fields;
+}
+
+bool hidesSecret(std::string_view text, const std::vector<std::string>& secrets)
+{
+    constexpr int kTimes = 2;
+    std::string plain;
+    for (int time = 0; time < kTimes && text.find('%') != kNone; ++time) {
+        std::string decoded = percentDecoded(text);
+        if (masked(decoded, secrets) != decoded) return true;
+        plain = std::move(decoded);
+        text = plain;
+    }
+    return false;
 }
 
 }  // namespace logreader
