@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "log/Form.h"
 #include "log/Mask.h"
@@ -68,19 +69,20 @@ std::string leftOut(std::size_t bytes)
     return std::to_string(bytes) + " bytes that are left out";
 }
 
+std::string shownValue(const logreader::Field& field, Secrets& secrets)
+{
+    if (logreader::isSecretName(field.name)) return std::string(field.value.empty() ? "" : logreader::kMask);
+    std::optional<std::string> shown = secrets.shown(field.value);
+    return shown ? std::move(*shown) : leftOut(field.value.size());
+}
+
 PairList shownFields(const logreader::Fields& fields, Secrets& secrets)
 {
     PairList list;
     for (const logreader::Field& field : fields) {
         if (list.size() == kMostFields) break;
-        if (!isPlainName(field.name)) {
-            list.addLength(field.name.size() + field.value.size(), "field");
-        } else if (logreader::isSecretName(field.name)) {
-            list.add(field.name, field.value.empty() ? std::string_view() : logreader::kMask);
-        } else {
-            const std::optional<std::string> shown = secrets.shown(field.value);
-            list.add(field.name, shown ? *shown : leftOut(field.value.size()));
-        }
+        if (isPlainName(field.name)) list.add(field.name, shownValue(field, secrets));
+        else list.addLength(field.name.size() + field.value.size(), "field");
     }
     return list;
 }
@@ -109,12 +111,13 @@ std::string_view responseOf(std::string_view reply)
 // What became of it is told where the reply itself is left out, too.
 void readText(store::Exchange& exchange, const Heard& heard, Secrets& secrets)
 {
-    const std::optional<std::string> shown = secrets.shown(heard.response.body);
-    exchange.reply = shown ? *shown : leftOut(heard.bytesIn);
+    std::optional<std::string> shown = secrets.shown(heard.response.body);
     const logreader::Outcome outcome = logreader::outcomeOf(responseOf(shown ? *shown : heard.response.body));
+    exchange.reply = shown ? std::move(*shown) : leftOut(heard.bytesIn);
     exchange.result = logreader::nameOf(outcome.kind);
-    exchange.reason = secrets.shown(outcome.reason).value_or(std::string(logreader::kMask));
-    exchange.exceptionID = secrets.word(outcome.exceptionID);
+    if (!outcome.reason.empty())
+        exchange.reason = secrets.shown(outcome.reason).value_or(std::string(logreader::kMask));
+    if (!outcome.exceptionID.empty()) exchange.exceptionID = secrets.word(outcome.exceptionID);
 }
 
 void readReply(store::Exchange& exchange, const Heard& heard, Secrets& secrets)

@@ -92,8 +92,10 @@ std::optional<std::string> Secrets::shown(std::string_view text)
 
 std::string Secrets::word(std::string_view text)
 {
-    const std::optional<std::string> shown = this->shown(text);
-    return std::string(shown ? cutTo(*shown, kLongestWord) : logreader::kMask);
+    std::optional<std::string> shown = this->shown(text);
+    if (!shown) return std::string(logreader::kMask);
+    if (shown->size() > kLongestWord) shown->resize(cutTo(*shown, kLongestWord).size());
+    return std::move(*shown);
 }
 
 }  // namespace service::journal
