@@ -22,8 +22,8 @@ struct Limits {
 
 // Keeps what is asked and answered in the data file, and tells those who watch. An answer does not wait for it: a
 // thread of the journal's own reads what was heard, and several together are written when the data file's turn for it
-// comes, no more of them than others can wait for. Where more comes than can be read and written, the head alone is kept
-// of what is new. Those that were not yet written are lost where the process is killed.
+// comes, no more of them than others can wait for. Where more comes than can be read and written, of what is new the
+// head alone is kept. Those that were not yet written are lost where the process is killed.
 class Journal {
 public:
     // Has something done soon, where the data file may be written.
