@@ -102,8 +102,10 @@ std::string percentDecoded(std::string_view text)
 
 bool isSecretName(std::string_view name)
 {
-    static constexpr std::array<std::string_view, 7> kWords = {"password", "passwd",      "token",     "cred",
-                                                               "secret",   "credentials", "credential"};
+    constexpr std::string_view kLastLetters = "dntsl";  // of the words
+    static constexpr std::array<std::string_view, 8> kWords = {"password", "passwd", "pwd",         "token",
+                                                               "cred",     "secret", "credentials", "credential"};
+    if (name.empty() || kLastLetters.find(lower(name.back())) == std::string_view::npos) return false;
     return std::ranges::any_of(kWords, [&](std::string_view word) { return endsInWord(name, word); });
 }
 

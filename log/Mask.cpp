@@ -284,7 +284,9 @@ std::vector<std::string> secretsOf(const Fields& fields)
 std::string masked(std::string_view text, const std::vector<std::string>& secrets)
 {
     std::string result = withoutValues(withoutPasswords(withoutElements(text)));
-    for (const std::string& secret : secrets) result = replaced(result, secret);
+    for (const std::string& secret : secrets) {
+        if (secret.size() <= result.size()) result = replaced(result, secret);
+    }
     return result;
 }
 
@@ -296,6 +298,19 @@ Fields masked(Fields fields)
         else if (!field.value.empty()) field.value = kMask;
     }
     return fields;
+}
+
+bool hidesSecret(std::string_view text, const std::vector<std::string>& secrets)
+{
+    constexpr int kTimes = 2;
+    std::string plain;
+    for (int time = 0; time < kTimes && text.find('%') != kNone; ++time) {
+        std::string decoded = percentDecoded(text);
+        if (masked(decoded, secrets) != decoded) return true;
+        plain = std::move(decoded);
+        text = plain;
+    }
+    return false;
 }
 
 }  // namespace logreader

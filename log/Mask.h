@@ -24,4 +24,7 @@ std::string masked(std::string_view text, const std::vector<std::string>& secret
 /// The same for the values of a request.
 Fields masked(Fields fields);
 
+/// Whether a text in which nothing is left to mask holds a secret all the same, percent-encoded once or twice.
+bool hidesSecret(std::string_view text, const std::vector<std::string>& secrets = {});
+
 }  // namespace logreader

@@ -86,6 +86,7 @@ void openAndServe(service::Options& options)
 int main(int argc, char** argv)
 {
     service::prepareStreams();
+    service::prepareMemory();
     try {
         const std::vector<std::string> words = service::arguments(argc, argv);
         std::vector<const char*> pointers;

@@ -16,6 +16,10 @@ void prepareStreams();
 
 long long processID();
 
+// Before there are threads: what is large goes back to the system as soon as it is free, and so does most of what lies
+// at the end of a heap. The C library alone would take the largest piece that it has seen for an ordinary one.
+void prepareMemory();
+
 // Gives the system back what was in use and no longer is; the C library alone would keep most of it. Takes a while.
 void returnMemory();
 

@@ -165,7 +165,7 @@ bool Control::onlyReads(const http::Request& request)
 
 bool Control::asksForJournal(const http::Request& request)
 {
-    return request.method == "GET" && pathOf(request).starts_with(kJournalPath);
+    return pathOf(request).starts_with(kJournalPath);
 }
 
 // What is changed of the settings counts when it is in the data file, and not before.
@@ -175,7 +175,6 @@ http::Response Control::carryOut(store::Database& database, const http::Request&
     const Resource& resource = findResource(request.method, path);
     const Call call = callOf(request, resource, path);
     Settings settings = settings_;
-    if (journal_ != nullptr && !onlyReads(request)) journal_->settle();
     const long long last = journal_ == nullptr ? 0 : journal_->totals().last;
     Desk desk{database, settings, seed_, hashes_, journal_, last, false, nullptr};
     if (onlyReads(request)) {

@@ -223,20 +223,21 @@ void Errand::find(store::Database& database)
     finish();
 }
 
+// What was answered before is in the journal by then. Nobody waits for that but who asks.
 void Errand::control()
 {
-    if (router_.journal_ != nullptr && control::Control::asksForJournal(request_)) {
-        return writeAside(&Errand::settleJournal);
+    if (router_.journal_ == nullptr || !control::Control::asksForJournal(request_)) return obeySoon();
+    if (router_.crew_ == nullptr) {
+        router_.journal_->settle();
+        return obeySoon();
     }
-    if (control::Control::onlyReads(request_)) return readAside(&Errand::obey, Length::open);
-    writeAside(&Errand::obey);
+    router_.journal_->whenSettled([self = shared_from_this()] { self->attempt([&] { self->obeySoon(); }); });
 }
 
-// What was answered before is looked at, too.
-void Errand::settleJournal(store::Database& /*database*/)
+void Errand::obeySoon()
 {
-    router_.journal_->settle();
-    readAside(&Errand::obey, Length::open);
+    if (control::Control::onlyReads(request_)) return readAside(&Errand::obey, Length::open);
+    writeAside(&Errand::obey);
 }
 
 void Errand::obey(store::Database& database)

@@ -48,7 +48,7 @@ private:
     void change(store::Database& database);
     void fetchIcon();
     void find(store::Database& database);
-    void settleJournal(store::Database& database);
+    void obeySoon();
     void obey(store::Database& database);
     work::Crew::Work workOf(Step step);
     void read(Step step, work::Crew::Length length);

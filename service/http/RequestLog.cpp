@@ -4,11 +4,14 @@
 #include <cstdio>
 #include <ostream>
 
+#include "log/Mask.h"
+
 namespace service::http {
 
 namespace {
 
 constexpr std::size_t kLongestWord = 100;
+constexpr std::size_t kLongestSearched = 4096;
 
 // What was sent may be anything: it stays one word of the line.
 std::string word(std::string_view text)
@@ -21,9 +24,16 @@ std::string word(std::string_view text)
     return out;
 }
 
+// Whoever encodes a form once too often sends a password in the place of a command.
+std::string wordWithoutSecrets(std::string_view text)
+{
+    const std::string shown = logreader::masked(text.substr(0, kLongestSearched));
+    return word(logreader::hidesSecret(shown) ? logreader::kMask : std::string_view(shown));
+}
+
 std::string operationText(const Operation& operation)
 {
-    return word(operation.task.empty() ? operation.command : operation.command + '/' + operation.task);
+    return wordWithoutSecrets(operation.task.empty() ? operation.command : operation.command + '/' + operation.task);
 }
 
 std::string_view between(std::string_view text, std::string_view begin, std::string_view end)
@@ -63,7 +73,7 @@ void RequestLog::note(const RequestHead& head, std::size_t bodyBytes, const Resp
 {
     const auto time = std::chrono::steady_clock::now() - begun;
     const std::string line = '#' + std::to_string(++number_) + ' ' + word(head.method) + ' ' +
-                             word(pathOf(head.target)) + ' ' + operationText(response.operation) + ' ' +
+                             wordWithoutSecrets(pathOf(head.target)) + ' ' + operationText(response.operation) + ' ' +
                              std::to_string(bodyBytes) + '>' + std::to_string(response.body.size()) + " B " +
                              std::to_string(response.status) + ' ' + resultText(response) + ' ' +
                              millisecondsText(time) + faultText(response) + '\n';

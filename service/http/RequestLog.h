@@ -9,7 +9,8 @@
 namespace service::http {
 
 // One line for a request that was answered: number, method, path, command and task, bytes read and sent, status, result
-// and the time that it took. Nothing secret is in it: the query and the form stay out.
+// and the time that it took. Nothing secret is in it: the query and the form stay out, and a secret that stands in the
+// place of a path or a command is masked.
 class RequestLog {
 public:
     explicit RequestLog(std::ostream& out) : out_(out) {}

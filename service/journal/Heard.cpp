@@ -9,6 +9,8 @@ namespace service::journal {
 
 namespace {
 
+constexpr std::size_t kReplyHead = 512;  // says what became of the request
+
 // What cannot be read has no fields; the reply says why.
 std::vector<std::pair<std::string, std::string>> fieldsOfUpload(const http::Request& request)
 {
@@ -47,9 +49,29 @@ Heard heardOf(http::Request request, const http::Response& response)
     return heard;
 }
 
+Heard headOf(const Heard& heard)
+{
+    Heard head;
+    head.number = heard.number;
+    head.time = heard.time;
+    head.took = heard.took;
+    head.request.method = heard.request.method;
+    head.request.target = http::pathOf(heard.request.target);
+    head.response.status = heard.response.status;
+    head.response.contentType = heard.response.contentType;
+    head.response.body = heard.response.body.substr(0, kReplyHead);
+    head.response.user = heard.response.user;
+    head.response.fault = heard.response.fault;
+    head.bytesOut = heard.bytesOut;
+    head.bytesIn = heard.bytesIn;
+    head.isHead = true;
+    return head;
+}
+
 std::size_t sizeOf(const Heard& heard)
 {
-    std::size_t size = heard.request.target.size() + heard.request.body.size() + heard.response.body.size();
+    std::size_t size =
+        sizeof heard + heard.request.target.size() + heard.request.body.size() + heard.response.body.size();
     for (const auto& [name, value] : heard.uploaded) size += name.size() + value.size();
     return size;
 }

@@ -22,10 +22,14 @@ struct Heard {
     http::Response response;  // of a picture without its body, of a longer text a byte more than is kept
     std::size_t bytesOut = 0;
     std::size_t bytesIn = 0;
+    bool isHead = false;  // the rest is left out
 };
 
 // Copies what is needed of the reply, which has yet to go out.
 Heard heardOf(http::Request request, const http::Response& response);
+
+// Who asked where, how long it took and what became of it, without what was sent and answered.
+Heard headOf(const Heard& heard);
 
 // What it takes while it waits.
 std::size_t sizeOf(const Heard& heard);

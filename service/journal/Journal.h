@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -21,7 +22,8 @@ struct Limits {
 
 // Keeps what is asked and answered in the data file, and tells those who watch. An answer does not wait for it: a
 // thread of the journal's own reads what was heard, and several together are written when the data file's turn for it
-// comes. Those that were not yet written are lost where the process is killed.
+// comes, no more of them than others can wait for. Where more comes than can be read and written, of what is new the
+// head alone is kept. Those that were not yet written are lost where the process is killed.
 class Journal {
 public:
     // Has something done soon, where the data file may be written.
@@ -34,11 +36,15 @@ public:
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
 
-    // May be called by any thread; holds it up only where very much waits to be read.
+    // May be called by any thread, and holds none up.
     void add(Heard heard);
 
     // Where the data file may be written, and outside of a transaction: from here on all that was added is in it.
     void settle();
+
+    // Has something done once all that was added before is in the data file: on the spot, or where the data file may be
+    // written.
+    void whenSettled(std::function<void()> work);
 
     // Where the data file may be written, within a transaction; and once that is over.
     void clear();
@@ -50,11 +56,32 @@ public:
     store::ExchangeTotals totals();
 
 private:
+    using Lock = std::unique_lock<std::mutex>;
+
+    // Some of those that are to be written.
+    struct Piece {
+        std::vector<store::Exchange> exchanges{};
+        std::size_t bytes = 0;
+    };
+
+    struct Waiting {
+        long long until;  // this one is written
+        std::function<void()> work;
+    };
+
     void readOn();
-    std::vector<Heard> nextBatch(std::unique_lock<std::mutex>& lock);
-    void write();
-    void takeBack(std::vector<store::Exchange> exchanges);
-    void keep(const std::vector<store::Exchange>& exchanges);
+    bool waitForMore(Lock& lock);
+    void readHeard(Lock& lock);
+    void takeRead(std::vector<store::Exchange> exchanges);
+    void forgetOldest();
+    bool hasToGiveBack() const;
+    void giveBack(Lock& lock);
+    void writeOn();
+    bool writePiece();
+    Piece nextPiece();
+    void written(long long until, std::size_t bytes);
+    void keep(const Piece& piece);
+    void makeRoom(store::ExchangeTotals& totals, const Piece& piece);
 
     store::Database& database_;
     Later later_;
@@ -65,13 +92,18 @@ private:
     store::ExchangeTotals totals_;
     std::condition_variable heardMore_;
     std::condition_variable readMore_;
-    long long number_;    // of the last one that was heard
-    long long readUpTo_;  // of the last one that was read
-    std::vector<Heard> heard_;
+    long long number_;       // of the last one that was heard
+    long long readUpTo_;     // of the last one that was read
+    long long writtenUpTo_;  // of the last one that was written
+    std::deque<Heard> heard_;
+    std::deque<store::Exchange> read_;
     std::size_t heardBytes_ = 0;
-    std::vector<store::Exchange> read_;
+    std::size_t readBytes_ = 0;
+    std::size_t waitingBytes_ = 0;  // of both, and of what is being read or written
+    bool heardMuch_ = false;        // since memory was given back
     bool writesSoon_ = false;
     int hurried_ = 0;  // how many wait until all is read
+    std::deque<Waiting> waiting_;
     bool isEnding_ = false;
 
     std::thread reader_;

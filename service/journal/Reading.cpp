@@ -1,16 +1,16 @@
 #include "service/journal/Reading.h"
 
-#include <algorithm>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "log/Form.h"
 #include "log/Mask.h"
 #include "log/Operations.h"
 #include "log/Outcome.h"
+#include "service/journal/Secrets.h"
 #include "service/journal/Shape.h"
 #include "service/rules/Icons.h"
 
@@ -18,34 +18,7 @@ namespace service::journal {
 
 namespace {
 
-constexpr std::size_t kLongestWord = 200;
 constexpr std::size_t kMostFields = 64;
-
-bool isPlainName(std::string_view name)
-{
-    return !name.empty() && name.size() <= 64 && std::ranges::all_of(name, [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '.' ||
-               c == '-';
-    });
-}
-
-// Never in the middle of a character: what is kept is text where it was text.
-std::string_view cutTo(std::string_view text, std::size_t length)
-{
-    if (text.size() <= length) return text;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80) --length;
-    return text.substr(0, length);
-}
-
-// A secret that the cut has parted would no longer be known as one: so many bytes more are left out.
-std::string maskedAndCut(std::string_view text, const std::vector<std::string>& secrets)
-{
-    if (text.size() <= kLongestText) return logreader::masked(text, secrets);
-    std::size_t longest = 0;
-    for (const std::string& secret : secrets) longest = std::max(longest, secret.size());
-    const std::string shown = logreader::masked(cutTo(text, kLongestText), secrets);
-    return std::string(cutTo(shown, shown.size() - std::min(longest, shown.size())));
-}
 
 bool isUpload(const http::Request& request)
 {
@@ -91,42 +64,40 @@ private:
     std::size_t size_ = 0;
 };
 
-// What is no name can hold anything, a secret too: only its length is told.
-PairList shownFields(const logreader::Fields& fields, const std::vector<std::string>& secrets)
+std::string leftOut(std::size_t bytes)
+{
+    return std::to_string(bytes) + " bytes that are left out";
+}
+
+std::string shownValue(const logreader::Field& field, Secrets& secrets)
+{
+    if (logreader::isSecretName(field.name)) return std::string(field.value.empty() ? "" : logreader::kMask);
+    std::optional<std::string> shown = secrets.shown(field.value);
+    return shown ? std::move(*shown) : leftOut(field.value.size());
+}
+
+PairList shownFields(const logreader::Fields& fields, Secrets& secrets)
 {
     PairList list;
     for (const logreader::Field& field : fields) {
         if (list.size() == kMostFields) break;
-        if (!isPlainName(field.name)) {
-            list.addLength(field.name.size() + field.value.size(), "field");
-        } else if (logreader::isSecretName(field.name)) {
-            list.add(field.name, field.value.empty() ? std::string_view() : logreader::kMask);
-        } else {
-            list.add(field.name, maskedAndCut(field.value, secrets));
-        }
+        if (isPlainName(field.name)) list.add(field.name, shownValue(field, secrets));
+        else list.addLength(field.name.size() + field.value.size(), "field");
     }
     return list;
 }
 
-std::string wordOf(std::string_view text, const std::vector<std::string>& secrets)
-{
-    const std::string shown = logreader::masked(cutTo(text, kLongestText), secrets);
-    return std::string(cutTo(shown, kLongestWord));
-}
-
-std::string operationOf(const http::Request& request, const logreader::Fields& fields,
-                        const std::vector<std::string>& secrets)
+std::string operationOf(const http::Request& request, const logreader::Fields& fields, Secrets& secrets)
 {
     if (http::pathOf(request.target).starts_with(rules::kIconPath)) return "GetSpaceIcon";
-    return fields.empty() ? std::string() : wordOf(logreader::operationOf(fields), secrets);
+    return fields.empty() ? std::string() : secrets.word(logreader::operationOf(fields));
 }
 
 // Whoever signs in has no session yet, but a name.
-std::string userOf(const http::Response& response, const logreader::Fields& fields,
-                   const std::vector<std::string>& secrets)
+std::string userOf(const http::Response& response, const logreader::Fields& fields, Secrets& secrets)
 {
     if (!response.user.empty() || logreader::valueOf(fields, "cmd") != "login") return response.user;
-    return wordOf(logreader::valueOf(fields, "username"), secrets);
+    return secrets.word(logreader::valueOf(fields, "username"));
 }
 
 // The service's own replies say first what became of the request: what follows need not be read for it.
@@ -137,32 +108,55 @@ std::string_view responseOf(std::string_view reply)
     return at == std::string_view::npos ? reply : reply.substr(0, at + kEnd.size());
 }
 
-void readReply(store::Exchange& exchange, const http::Response& response, const std::vector<std::string>& secrets)
+// What became of it is told where the reply itself is left out, too.
+void readText(store::Exchange& exchange, const Heard& heard, Secrets& secrets)
 {
-    if (!response.contentType.starts_with("text/")) {
-        exchange.result = "SUCCESS";
-        exchange.reply = response.contentType;
-        return;
-    }
-    exchange.reply = maskedAndCut(response.body, secrets);
-    const logreader::Outcome outcome = logreader::outcomeOf(responseOf(exchange.reply));
+    std::optional<std::string> shown = secrets.shown(heard.response.body);
+    const logreader::Outcome outcome = logreader::outcomeOf(responseOf(shown ? *shown : heard.response.body));
+    exchange.reply = shown ? std::move(*shown) : leftOut(heard.bytesIn);
     exchange.result = logreader::nameOf(outcome.kind);
-    exchange.reason = cutTo(outcome.reason, kLongestText);
-    exchange.exceptionID = wordOf(outcome.exceptionID, secrets);
+    if (!outcome.reason.empty())
+        exchange.reason = secrets.shown(outcome.reason).value_or(std::string(logreader::kMask));
+    if (!outcome.exceptionID.empty()) exchange.exceptionID = secrets.word(outcome.exceptionID);
 }
 
+void readReply(store::Exchange& exchange, const Heard& heard, Secrets& secrets)
+{
+    if (heard.response.contentType.starts_with("text/")) return readText(exchange, heard, secrets);
+    exchange.result = "SUCCESS";
+    exchange.reply = heard.response.contentType;
+}
+
+// What became of it is said at the beginning of a reply.
+void readHead(store::Exchange& exchange, const Heard& heard)
+{
+    const http::Response& response = heard.response;
+    Secrets secrets{logreader::Fields()};
+    exchange.path = secrets.word(http::pathOf(heard.request.target));
+    exchange.operation = operationOf(heard.request, {}, secrets);
+    exchange.user = response.user;
+    PairList shown;
+    if (heard.bytesOut > 0) shown.add("", leftOut(heard.bytesOut));
+    exchange.fields = shown.text();
+    exchange.reply = leftOut(heard.bytesIn);
+    const bool isText = response.contentType.starts_with("text/");
+    exchange.result = isText ? logreader::nameOf(logreader::outcomeOf(response.body).kind) : "SUCCESS";
+}
+
+// The reply comes before the fields: of what is searched for secrets it is the most telling.
 void read(store::Exchange& exchange, const Heard& heard)
 {
+    if (heard.isHead) return readHead(exchange, heard);
     const std::optional<logreader::Fields> form = fieldsOf(heard);
     const logreader::Fields fields = form.value_or(logreader::Fields());
-    const std::vector<std::string> secrets = logreader::secretsOf(fields);
-    exchange.path = wordOf(http::pathOf(heard.request.target), secrets);
+    Secrets secrets(fields);
+    exchange.path = secrets.word(http::pathOf(heard.request.target));
     exchange.operation = operationOf(heard.request, fields, secrets);
     exchange.user = userOf(heard.response, fields, secrets);
+    readReply(exchange, heard, secrets);
     PairList shown = shownFields(fields, secrets);
     if (!form) shown.addLength(formOf(heard.request).size(), "form");
     exchange.fields = shown.text();
-    readReply(exchange, heard.response, secrets);
 }
 
 }  // namespace

@@ -32,6 +32,13 @@ long long processID()
     return getpid();
 }
 
+void prepareMemory()
+{
+    constexpr int kLarge = 4 * 1024 * 1024;  // replies and forms are smaller, but for a few
+    mallopt(M_MMAP_THRESHOLD, kLarge);
+    mallopt(M_TRIM_THRESHOLD, 2 * kLarge);
+}
+
 void returnMemory()
 {
     malloc_trim(0);

@@ -115,6 +115,9 @@ long long processID()
     return GetCurrentProcessId();
 }
 
+// The heap does so by itself.
+void prepareMemory() {}
+
 void returnMemory()
 {
     _heapmin();

@@ -48,6 +48,7 @@ TEST(Mask, ValuesOfSecretNamesAreMasked)
         {"{\"token\":123456,\"b\":2}", "{\"token\":***,\"b\":2}"},
         {"{'token':'S3CRET', 'a':1}", "{'token':'***', 'a':1}"},
         {"{\"password\":\"S3CRET", "{\"password\":\"***\""},
+        {"pwd=S3CRET&newPwd=S3CRET", "pwd=***&newPwd=***"},
         {"cred=", "cred="},
         {"cred=\"\"", "cred=\"\""},
         {"select=userID:email", "select=userID:email"},
@@ -74,6 +75,18 @@ TEST(Mask, SecretsOfARequestAreMaskedWhereverTheReplyRepeatsThem)
     const auto secrets = secretsOf(fieldsOf("cmd=login&username=ann&password=p%26w%3Cx%20y&cred=abc"));
     EXPECT_EQ(masked("you sent p&w<x y, or p%26w%3Cx%20y, or p&amp;w&lt;x y; ann, abc", secrets),
               "you sent ***, or ***, or ***; ann, abc");
+}
+
+TEST(Mask, SecretsAreHiddenByEncodingOnceOrTwice)
+{
+    for (const char* const text :
+         {"%3Cpassword%3ES3CRET%3C/password%3E", "%253Cuser%253E%253Cpassword%253ES3CRET", "login%26password%3DS3CRET",
+          "%22token%22%3A%22S3CRET%22", "http%3A%2F%2Fann%3AS3CRET%40host", "ab%63d"}) {
+        EXPECT_TRUE(hidesSecret(text, {"abcd"})) << text;
+    }
+    for (const char* const text : {"", "plain", "100%", "100%25 of%20it", "cred=***%26a=b", "%3Cname%3Ea%3C/name%3E"}) {
+        EXPECT_FALSE(hidesSecret(text, {"abcd"})) << text;
+    }
 }
 
 TEST(Mask, FieldsOfARequestAreMasked)

@@ -134,6 +134,25 @@ TEST(Ready, TellsOfEachRequestWhereItIsVerbose)
                            IsLike(std::string("#5 - - - 0>[0-9]+ B 400 FAILURE KZN:BadRequest") + kTime)));
 }
 
+// Whoever encodes too often, or not at all, sends a secret in the place of a command or a path.
+TEST(Ready, NoLineAboutARequestHasASecret)
+{
+    const TemporaryFolder folder;
+    ServiceProcess process(ServiceProcess::on(folder.file("data"), {"--verbose"}));
+    const unsigned short port = process.port();
+    form(port, "cmd=login%26username=anna%26password%3DS3CRET");
+    form(port, "cmd=login%2526username%253Danna%2526password%253DS3CRET");
+    for (const char* const target :
+         {"op.docred=S3CRET", "op.do%3Fcred=S3CRET", "op.do&cred=S3CRET", "op.do?cmd=login?password=S3CRET"}) {
+        Talk(port).get(std::string("/kznconnect/") + target);
+    }
+    std::string lines;
+    for (std::string line; !line.starts_with("#6"); lines += line) line = process.errorLine();
+    EXPECT_THAT(lines, testing::HasSubstr(" login&username=anna&password=*** "));
+    EXPECT_THAT(lines, testing::HasSubstr(" /kznconnect/op.docred=*** "));
+    EXPECT_THAT(lines, testing::Not(testing::HasSubstr("S3CRET")));
+}
+
 TEST(Ready, AddressesThatClientsKnowAnswerWhatIsMissing)
 {
     const TemporaryFolder folder;
