@@ -102,8 +102,8 @@ std::string percentDecoded(std::string_view text)
 
 bool isSecretName(std::string_view name)
 {
-    static constexpr std::array<std::string_view, 7> kWords = {"password", "passwd",      "token",     "cred",
-                                                               "secret",   "credentials", "credential"};
+    static constexpr std::array<std::string_view, 8> kWords = {"password", "passwd", "pwd",         "token",
+                                                               "cred",     "secret", "credentials", "credential"};
     return std::ranges::any_of(kWords, [&](std::string_view word) { return endsInWord(name, word); });
 }
 

@@ -6,9 +6,6 @@
 #include <tuple>
 #include <utility>
 
-#include "service/base/Percent.h"
-#include "service/base/Text.h"
-
 namespace service::tape {
 
 namespace {
@@ -71,60 +68,6 @@ bool isEscape(std::string_view text)
     return text.size() >= 3 && text[0] == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
 }
 
-void addFound(std::vector<Found>& found, std::string_view raw, std::string value)
-{
-    if (!value.empty()) found.push_back({std::string(raw), std::move(value)});
-}
-
-void findFields(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    if (text.starts_with('/')) text.remove_prefix(std::min(text.find('?'), text.size() - 1) + 1);
-    for (const std::string_view piece : split(text, '&')) {
-        const std::size_t equals = piece.find('=');
-        if (equals == std::string_view::npos || !isWanted(unspelled(piece.substr(0, equals), Place::form))) continue;
-        const std::string_view raw = piece.substr(equals + 1);
-        addFound(found, raw, unspelled(raw, Place::form));
-    }
-}
-
-void findParts(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    constexpr std::string_view kName = "; name=\"";
-    for (std::size_t at = text.find(kName); at != std::string_view::npos; at = text.find(kName, at)) {
-        at += kName.size();
-        const std::string_view name = text.substr(at, text.find('"', at) - at);
-        const std::size_t start = text.find("\r\n\r\n", at);
-        if (start == std::string_view::npos) return;
-        const std::string_view raw = text.substr(start + 4, text.find("\r\n--", start + 4) - start - 4);
-        if (isWanted(name)) addFound(found, raw, std::string(raw));
-    }
-}
-
-// The text of an element whose "<" was just passed, if its name is one of those.
-void findElement(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    constexpr std::string_view kData = "<![CDATA[";
-    const std::size_t close = text.find('>');
-    if (close == std::string_view::npos || close == 0 || text[close - 1] == '/') return;
-    std::string_view name = text.substr(0, text.find_first_of(" \t\r\n>"));
-    name.remove_prefix(name.find(':') + 1);
-    if (!isWanted(name)) return;
-    text.remove_prefix(close + 1);
-    if (text.starts_with(kData)) {
-        const std::string_view raw = text.substr(kData.size(), text.find("]]>") - kData.size());
-        return addFound(found, raw, std::string(raw));
-    }
-    const std::string_view raw = trimmed(text.substr(0, text.find('<')));
-    addFound(found, raw, unspelled(raw, Place::xml));
-}
-
-void findElements(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
-        findElement(found, text.substr(at + 1), isWanted);
-    }
-}
-
 // Whether a host's name or port goes on there.
 bool addressGoesOn(std::string_view rest)
 {
@@ -180,16 +123,6 @@ private:
 };
 
 }  // namespace
-
-std::vector<Found> valuesOf(std::string_view text, const NameTest& isWanted)
-{
-    std::vector<Found> found;
-    findFields(found, text, isWanted);
-    findParts(found, text, isWanted);
-    findElements(found, text, isWanted);
-    if (const auto decoded = percentDecoded(text)) findElements(found, *decoded, isWanted);
-    return found;
-}
 
 std::vector<Token> tokensOf(std::string_view text)
 {
