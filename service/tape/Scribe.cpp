@@ -93,6 +93,9 @@ void open(Template& text, int number, const std::string& value)
 
 std::string Scribe::take(const http::Request& request, const http::Response& response)
 {
+    if (response.status < kLeastStatus || response.status > kMostStatus) {
+        return "no tape can hold a reply with the status " + std::to_string(response.status);
+    }
     if (!isReadable(response)) return "the secrets of its reply cannot be told, for it is compressed or the like";
     learnRequest(request);
     learnReply(response);

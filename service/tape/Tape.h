@@ -37,6 +37,10 @@ std::vector<const Template*> templatesOf(const Exchange& exchange);
 
 using Tape = std::vector<Exchange>;
 
+// The statuses that a tape can hold.
+inline constexpr unsigned kLeastStatus = 200;
+inline constexpr unsigned kMostStatus = 599;
+
 // What is wrong with a tape, and in which line.
 class TapeError : public std::runtime_error {
 public:

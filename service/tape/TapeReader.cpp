@@ -85,7 +85,7 @@ void readRequest(Exchange& exchange, const Section& section)
 void readReply(Exchange& exchange, const Section& section)
 {
     const std::string_view status = section.argument.substr(0, section.argument.find(' '));
-    const auto number = wholeNumber(status.empty() ? "200" : status, 200, 599);
+    const auto number = wholeNumber(status.empty() ? "200" : status, kLeastStatus, kMostStatus);
     if (!number) throw TapeError(section.at, "no such status: " + inQuotes(status));
     exchange.status = static_cast<unsigned>(*number);
     exchange.contentType = trimmed(section.argument.substr(status.size()));

@@ -225,6 +225,16 @@ TEST_F(ScribeTest, WhatNobodyCanReadIsLeftOut)
     EXPECT_EQ(scribe.size(), 1U);
 }
 
+// A tape with it could not be read again, with all that stands on it.
+TEST_F(ScribeTest, StatusesThatNoTapeHoldsAreLeftOut)
+{
+    for (const unsigned status : {0U, 101U, 199U, 600U, 999U}) {
+        EXPECT_THAT(scribe.take(post("a=b"), {status, kXml, "<a/>"}), HasSubstr(std::to_string(status)));
+    }
+    for (const unsigned status : {200U, 599U}) take(post("a=b"), {status, kXml, "<a/>"});
+    EXPECT_EQ(scribe.size(), 2U);
+}
+
 // Whatever somebody sends, the time that it takes goes with its length.
 TEST(TapeSecrets, AreLookedForInProportionToTheText)
 {
