@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,7 +31,7 @@ private:
     struct Likeness {
         int parts = 0;
         std::size_t bytes = 0;
-        std::string difference;  // empty where it fits
+        std::function<std::string(const Bindings&)> difference;  // says it; none where it fits
     };
 
     Likeness compare(const Exchange& exchange, const http::Request& request, Bindings& bindings) const;

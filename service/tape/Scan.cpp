@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t kMadeDigits = 12;
 constexpr std::size_t kShortestIdentifier = 4;
 constexpr std::size_t kShortestNumber = 6;
+constexpr std::size_t kTelling = 8;        // a shorter secret may stand within a word that has nothing to do with it
 constexpr std::size_t kMilliseconds = 13;  // digits of a moment
 
 bool isDigit(char c)
@@ -76,15 +77,6 @@ bool addressGoesOn(std::string_view rest)
            isWordCharacter(rest[1]);
 }
 
-bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside)
-{
-    const bool escapeBefore = at >= 3 && isEscape(text.substr(at - 3, 3));
-    const bool wordBefore = at > 0 && isWordCharacter(text[at - 1]) && !escapeBefore;
-    const std::string_view rest = text.substr(at + length);
-    if (wordBefore || (!rest.empty() && isWordCharacter(rest[0]))) return false;
-    return beside != Beside::noAddress || !addressGoesOn(rest);
-}
-
 // Finds several spellings at once, from the left to the right; of two at one place the one that is listed first.
 class Finder {
 public:
@@ -109,8 +101,7 @@ private:
     std::size_t find(const std::string& spelling, std::size_t from) const
     {
         std::size_t at = text_.find(spelling, from);
-        while (beside_ != Beside::anything && at != std::string_view::npos &&
-               !stands(text_, at, spelling.size(), beside_)) {
+        while (at != std::string_view::npos && !stands(text_, at, spelling.size(), beside_)) {
             at = text_.find(spelling, at + 1);
         }
         return at;
@@ -167,6 +158,21 @@ bool couldIdentify(std::string_view token)
     if (std::ranges::all_of(token, isDigit)) return token.size() >= kShortestNumber;
     return token.size() >= kShortestIdentifier &&
            std::ranges::any_of(token, [](char c) { return isDigit(c) || c == '-' || c == '_'; });
+}
+
+bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside)
+{
+    if (beside == Beside::anything) return true;
+    const bool escapeBefore = at >= 3 && isEscape(text.substr(at - 3, 3));
+    const bool wordBefore = at > 0 && isWordCharacter(text[at - 1]) && !escapeBefore;
+    const std::string_view rest = text.substr(at + length);
+    if (wordBefore || (!rest.empty() && isWordCharacter(rest[0]))) return false;
+    return beside != Beside::noAddress || !addressGoesOn(rest);
+}
+
+Beside besideSecret(std::string_view value)
+{
+    return value.size() < kTelling ? Beside::noLetter : Beside::anything;
 }
 
 void replace(Template& text, const std::vector<std::string>& spellings, const Piece& piece, Beside beside)

@@ -36,6 +36,12 @@ enum class Beside {
     noAddress,  // nor what goes on with a host's name or port
 };
 
+// What may stand beside a secret.
+Beside besideSecret(std::string_view value);
+
+// Whether what is there stands so.
+bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside);
+
 // Puts the piece in the place of each of the spellings.
 void replace(Template& text, const std::vector<std::string>& spellings, const Piece& piece, Beside beside);
 

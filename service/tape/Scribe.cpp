@@ -10,9 +10,6 @@ namespace service::tape {
 
 namespace {
 
-// A shorter secret may stand within a word that has nothing to do with it.
-constexpr std::size_t kTelling = 8;
-
 bool isCredential(std::string_view name)
 {
     return lower(name) == "cred";
@@ -157,10 +154,9 @@ void Scribe::hide(Kind kind, const Found& found)
     news_.push_back(spelled);
     if (known != hidden_.end()) return known->spellings.push_back(spelled);
     Hidden hidden{
-        {kind, kind == Kind::cred ? ++credentials_ : ++secrets_, {}}, value, spellings(value), Beside::anything};
+        {kind, kind == Kind::cred ? ++credentials_ : ++secrets_, {}}, value, spellings(value), besideSecret(value)};
     if (std::ranges::find(hidden.spellings, spelled) == hidden.spellings.end()) hidden.spellings.push_back(spelled);
     news_.insert(news_.end(), hidden.spellings.begin(), hidden.spellings.end());
-    if (value.size() < kTelling) hidden.beside = Beside::noLetter;
     forgetIdentifiersWith(hidden);
     hidden_.push_back(std::move(hidden));
     // One that holds another goes first.

@@ -328,6 +328,15 @@ std::vector<Found> secretsOfBody(std::string_view contentType, std::string_view 
     return found;
 }
 
+std::vector<Found> secretsOfHeader(std::string_view name, std::string_view value)
+{
+    const std::string plain = lower(name);
+    const bool isSecret =
+        logreader::isSecretName(plain) || plain.ends_with("authorization") || plain.ends_with("cookie");
+    if (isSecret) return {{plain, std::string(value), std::string(value)}};
+    return secretsOfAddress(value);
+}
+
 bool isPicture(std::string_view contentType, std::string_view body)
 {
     const std::string type = lower(contentType);

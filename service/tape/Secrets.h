@@ -19,6 +19,9 @@ std::vector<Found> secretsOfAddress(std::string_view address);
 // Of a request's body. The files of a form are read where they are text.
 std::vector<Found> secretsOfBody(std::string_view contentType, std::string_view body);
 
+// Of a header line. What vouches for somebody is one as a whole.
+std::vector<Found> secretsOfHeader(std::string_view name, std::string_view value);
+
 // Neither text nor anything that text stands in.
 bool isPicture(std::string_view contentType, std::string_view body);
 
