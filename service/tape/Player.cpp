@@ -1,7 +1,9 @@
 #include "service/tape/Player.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <tuple>
+#include <utility>
 
 #include "service/base/Clock.h"
 #include "service/base/Refusal.h"
@@ -65,7 +67,16 @@ http::Response Player::play(const http::Request& request, const std::string& ser
     const std::optional<std::size_t> chosen = choose(request);
     if (!chosen) return refuse(request);
     playedAt_[*chosen] = ++now_;
-    return reply(tape_[*chosen]);
+    try {
+        return reply(tape_[*chosen]);
+    } catch (const std::exception& error) {
+        ++refused_;
+        const std::string line = std::to_string(tape_[*chosen].line);
+        return http::refusal(500,
+                             "exchange " + std::to_string(*chosen + 1) + " of the tape (line " + line +
+                                 ") cannot be played: " + error.what(),
+                             exceptionid::kInternal);
+    }
 }
 
 std::optional<std::size_t> Player::choose(const http::Request& request)
@@ -134,7 +145,9 @@ http::Response Player::reply(const Exchange& exchange)
     response.body = rendered(exchange.reply, placeOf(exchange.contentType), bindings_);
     for (const HeaderTemplate& header : exchange.replyHeaders) {
         bindFresh(header.value);
-        response.headers.emplace_back(header.name, rendered(header.value, Place::plain, bindings_));
+        std::string value = rendered(header.value, Place::plain, bindings_);
+        if (value.size() > kLongestHeader) throw std::length_error("its header " + header.name + " is too long");
+        response.headers.emplace_back(header.name, std::move(value));
     }
     return response;
 }

@@ -45,6 +45,23 @@ bool isTokenCharacter(char c)
     return kTokenCharacters[static_cast<unsigned char>(c)];
 }
 
+// A "d" stands for a digit.
+bool isOfForm(std::string_view text, std::string_view form)
+{
+    return std::ranges::equal(form, text, [](char wanted, char c) { return wanted == 'd' ? isDigit(c) : wanted == c; });
+}
+
+// What may stand behind the seconds of a moment. A "+" ends a token.
+bool isFractionAndZone(std::string_view text)
+{
+    if (text.starts_with('.')) {
+        const std::size_t digits = std::min(text.find_first_not_of("0123456789", 1), text.size());
+        if (digits == 1) return false;
+        text.remove_prefix(digits);
+    }
+    return text.empty() || text == "Z" || isOfForm(text, "-dd:dd") || isOfForm(text, "-dddd") || isOfForm(text, "-dd");
+}
+
 std::string_view runAt(std::string_view text, std::size_t at)
 {
     std::size_t end = at;
@@ -136,9 +153,8 @@ bool looksLikeTime(std::string_view token)
 {
     constexpr std::string_view kPattern = "dddd-dd-ddTdd:dd:dd";
     if (token.size() == kMilliseconds && token.front() == '1') return std::ranges::all_of(token, isDigit);
-    if (token.size() < kPattern.size()) return false;
-    return std::ranges::equal(kPattern, token.substr(0, kPattern.size()),
-                              [](char wanted, char c) { return wanted == 'd' ? isDigit(c) : wanted == c; });
+    return isOfForm(token.substr(0, kPattern.size()), kPattern) &&
+           isFractionAndZone(token.substr(std::min(kPattern.size(), token.size())));
 }
 
 bool looksMade(std::string_view token)

@@ -41,6 +41,9 @@ using Tape = std::vector<Exchange>;
 inline constexpr unsigned kLeastStatus = 200;
 inline constexpr unsigned kMostStatus = 599;
 
+// How long a header's name and value may be, each.
+inline constexpr std::size_t kLongestHeader = 65'500;
+
 // What is wrong with a tape, and in which line.
 class TapeError : public std::runtime_error {
 public:

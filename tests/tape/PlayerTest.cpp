@@ -106,6 +106,16 @@ TEST_F(TapePlayer, TellsNoSecretOfARequestThatFitsNothing)
                 HasSubstr("and not \"***\""));
 }
 
+TEST_F(TapePlayer, AReplyThatCannotBePlayedIsAFailure)
+{
+    std::string addresses;
+    for (int i = 0; i < 5'000; ++i) addresses += "{server}";
+    load("[body]\na\n[reply]\n1\n[reply headers]\nX: " + addresses + "\n[body]\nb\n[reply]\n2\n");
+    EXPECT_THAT(post("a"), HasSubstr("exchange 1 of the tape (line 1) cannot be played: its header X is too long"));
+    EXPECT_EQ(post("b"), "2");
+    EXPECT_EQ(player->refused(), 1U);
+}
+
 TEST_F(TapePlayer, ComparesTheHeadersThatTheTapeNames)
 {
     load(

@@ -169,6 +169,20 @@ TEST_F(ScribeTest, MomentsAreMarked)
     EXPECT_THAT(scribe.text(), HasSubstr("<ms>{id 1 = 1767225600000}</ms>"));
 }
 
+// A player, and another service, can only give a moment back where all of it is one.
+TEST_F(ScribeTest, AWordThatBeginsLikeAMomentIsNone)
+{
+    const std::vector<std::string> words{"2026-02-01T09:30:00Zx",  "2026-02-01T09:30:00_1",     "2026-02-01T09:30:00.Z",
+                                         "2026-02-01T09:30:00-1x", "2026-02-01T09:30:00Z:part", "2026-02-01T09:30:0"};
+    for (const std::string& word : words) take(post("a=b"), xml("<a>" + word + "</a>"));
+    EXPECT_THAT(scribe.text(), Not(HasSubstr("{time")));
+    for (const char* const end : {"", "Z", ".5", ".123456Z", "-05:00", ".1-0500", "-05", "+02:00"}) {
+        take(post("a=b"), xml(std::string("<a>2026-02-01T09:30:00") + end + "</a>"));
+        EXPECT_THAT(scribe.text(),
+                    HasSubstr(std::string("<a>{time = 2026-02-01T09:30:00") + (*end == '+' ? "" : end) + "}"));
+    }
+}
+
 TEST_F(ScribeTest, AnIdentifierThatTurnsOutToBeASecretGoes)
 {
     take(post("a=b"), xml("<session>0123456789abcdef0123</session>"));
