@@ -19,7 +19,7 @@ public:
     explicit Player(Tape tape);
 
     // `server` is where the player is reached. A request that fits nothing is refused with the nearest exchange and the
-    // first difference.
+    // first difference; one whose reply cannot be made is refused, too.
     http::Response play(const http::Request& request, const std::string& server);
 
     std::size_t size() const { return tape_.size(); }

@@ -86,6 +86,16 @@ bool isEscape(std::string_view text)
     return text.size() >= 3 && text[0] == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
 }
 
+// As a form and as JSON have them: what stands behind is a word of its own.
+bool endsInEscape(std::string_view text)
+{
+    constexpr std::size_t kNumbered = 6;
+    const std::size_t length = text.size();
+    if (length >= 3 && isEscape(text.substr(length - 3))) return true;
+    if (length >= 2 && text[length - 2] == '\\') return true;
+    return length >= kNumbered && text.substr(length - kNumbered, 2) == "\\u";
+}
+
 // Whether a host's name or port goes on there.
 bool addressGoesOn(std::string_view rest)
 {
@@ -179,8 +189,7 @@ bool couldIdentify(std::string_view token)
 bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside)
 {
     if (beside == Beside::anything) return true;
-    const bool escapeBefore = at >= 3 && isEscape(text.substr(at - 3, 3));
-    const bool wordBefore = at > 0 && isWordCharacter(text[at - 1]) && !escapeBefore;
+    const bool wordBefore = at > 0 && isWordCharacter(text[at - 1]) && !endsInEscape(text.substr(0, at));
     const std::string_view rest = text.substr(at + length);
     if (wordBefore || (!rest.empty() && isWordCharacter(rest[0]))) return false;
     return beside != Beside::noAddress || !addressGoesOn(rest);

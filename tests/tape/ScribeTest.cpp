@@ -135,6 +135,8 @@ TEST_F(ScribeTest, ShortSecretsDoNotSpoilWords)
     take(post("cmd=login&username=anna&password=an"), xml("<a>an</a><b>anna and an ant</b>"));
     EXPECT_THAT(scribe.text(), HasSubstr("&password={secret}\n"));
     EXPECT_THAT(scribe.text(), HasSubstr("<b>anna and {secret} ant</b>"));
+    take(post("a=b"), {200, "application/json", R"(["\u003ctoken\u003exyz\u003c/token\u003e","\nxyz"])"});
+    EXPECT_THAT(scribe.text(), Not(HasSubstr("xyz")));
 }
 
 TEST_F(ScribeTest, IdentifiersAreNamedWhereTheyFirstStand)
