@@ -46,16 +46,15 @@ Stretches stretchesOf(std::string_view text, const std::vector<Found>& found)
 std::string shownFrom(std::string_view text, std::size_t at, const Stretches& secrets)
 {
     std::string out;
-    std::size_t shown = 0;
+    std::size_t left = kExcerpt;
     for (const auto& [begin, end] : secrets) {
         if (end <= at) continue;
-        if (begin >= at + kExcerpt - std::min(shown, kExcerpt)) break;
-        if (begin > at) out += escaped(text.substr(at, begin - at));
-        if (begin >= at || out.empty()) out += kMask;
-        shown += begin > at ? begin - at : 0;
+        const std::size_t before = begin - std::min(begin, at);
+        if (before >= left) break;
+        out += escaped(text.substr(at, before)) + kMask;
+        left -= before;
         at = end;
     }
-    const std::size_t left = kExcerpt - std::min(shown, kExcerpt);
     return quoted(out + escaped(text.substr(at, left)), text.size() - at <= left);
 }
 

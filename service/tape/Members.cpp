@@ -59,6 +59,14 @@ std::size_t quotedLength(std::string_view text, char quote, Quoting quoting)
     return std::min(at, text.size());
 }
 
+// An attribute's, without the quotes.
+std::string_view valueAt(std::string_view tag, std::size_t at)
+{
+    const std::string_view rest = tag.substr(std::min(tag.find_first_not_of(kGaps, at), tag.size()));
+    if (rest.empty() || !isQuote(rest.front())) return rest.substr(0, rest.find_first_of(kGaps));
+    return rest.substr(1, quotedLength(rest.substr(1), rest.front(), Quoting::tag));
+}
+
 class MemberSearch {
 public:
     MemberSearch(std::string_view text, Quoting quoting, std::vector<Found>& found)
@@ -185,14 +193,9 @@ std::vector<std::string_view> takeMembers(std::string_view text, Quoting quoting
 std::string_view attributeOf(std::string_view tag, std::string_view name)
 {
     for (std::size_t at = tag.find(name); at != std::string_view::npos; at = tag.find(name, at + 1)) {
-        if (at == 0 || !isOneOf(tag[at - 1], kGaps)) continue;
         const std::size_t equals = tag.find_first_not_of(kGaps, at + name.size());
-        if (equals == std::string_view::npos || tag[equals] != '=') continue;
-        const std::size_t begin = tag.find_first_not_of(kGaps, equals + 1);
-        if (begin == std::string_view::npos) return {};
-        const std::string_view rest = tag.substr(begin);
-        if (isQuote(rest.front())) return rest.substr(1, quotedLength(rest.substr(1), rest.front(), Quoting::tag));
-        return rest.substr(0, rest.find_first_of(" \t\r\n>"));
+        const bool isWhole = at > 0 && isOneOf(tag[at - 1], kGaps);
+        if (isWhole && equals != std::string_view::npos && tag[equals] == '=') return valueAt(tag, equals + 1);
     }
     return {};
 }

@@ -159,33 +159,41 @@ private:
     void takeTag(std::string_view tag)
     {
         takeRun();
+        if (tag.starts_with("</")) return takeEnd(tag);
         const std::string_view name = localNameOf(tag);
         const bool isSecret = logreader::isSecretName(name);
-        if (tag.starts_with("</")) {
-            if (isSecret && depth_ > 0) --depth_;
-            if (depth_ == 0) commit();
-            return;
-        }
         if (isSecret && depth_ == 0) name_ = name;
-        const bool isNamed = depth_ == 0 && !isSecret && isNamedSo(tag);
+        const bool isNamed = !isSecret && isNamedSo(tag);
         if (isSecret || isNamed || depth_ > 0) takeValues(tag);
         for (const std::string_view part : takeMembers(tag, Quoting::tag, found_)) takeEscaped(part);
-        if (tag.ends_with('/')) return depth_ == 0 ? commit() : void();
-        if (isSecret) ++depth_;
-        const std::string plain = lower(name);
-        isValueNext_ = isNamed && plain != "input" && plain != "meta";
+        if (!tag.ends_with('/')) enter(isSecret, isNamed && !isField(name));
+        if (depth_ == 0) commit();
     }
+
+    void enter(bool isSecret, bool isNamed)
+    {
+        if (isSecret) ++depth_;
+        isValueNext_ = isNamed;
+    }
+
+    void takeEnd(std::string_view tag)
+    {
+        if (depth_ > 0 && logreader::isSecretName(localNameOf(tag))) --depth_;
+        if (depth_ == 0) commit();
+    }
+
+    // Of a page: it has a value, and no content.
+    static bool isField(std::string_view name) { return isSameName(name, "input") || isSameName(name, "meta"); }
 
     // As in <input name="token" value="..."> and <field name="token">...</field>.
     bool isNamedSo(std::string_view tag)
     {
-        for (const std::string_view attribute : {"name", "key"}) {
-            const std::string_view value = attributeOf(tag, attribute);
-            if (value.empty() || !logreader::isSecretName(value)) continue;
-            name_ = value;
-            return true;
-        }
-        return false;
+        if (depth_ > 0) return false;
+        std::string_view value = attributeOf(tag, "name");
+        if (!logreader::isSecretName(value)) value = attributeOf(tag, "key");
+        if (!logreader::isSecretName(value)) return false;
+        name_ = value;
+        return true;
     }
 
     void takeValues(std::string_view tag)
