@@ -64,18 +64,17 @@ std::size_t Player::played() const
 http::Response Player::play(const http::Request& request, const std::string& server)
 {
     bindings_.bind({Kind::server, 0, {}}, server);
-    const std::optional<std::size_t> chosen = choose(request);
-    if (!chosen) return refuse(request);
-    playedAt_[*chosen] = ++now_;
+    std::string which = "this request";
     try {
+        const std::optional<std::size_t> chosen = choose(request);
+        if (!chosen) return refuse(request);
+        which = "exchange " + std::to_string(*chosen + 1) + " of the tape (line " +
+                std::to_string(tape_[*chosen].line) + ")";
+        playedAt_[*chosen] = ++now_;
         return reply(tape_[*chosen]);
     } catch (const std::exception& error) {
         ++refused_;
-        const std::string line = std::to_string(tape_[*chosen].line);
-        return http::refusal(500,
-                             "exchange " + std::to_string(*chosen + 1) + " of the tape (line " + line +
-                                 ") cannot be played: " + error.what(),
-                             exceptionid::kInternal);
+        return http::refusal(500, which + " cannot be played: " + error.what(), exceptionid::kInternal);
     }
 }
 
@@ -154,7 +153,6 @@ http::Response Player::reply(const Exchange& exchange)
 
 http::Response Player::refuse(const http::Request& request)
 {
-    ++refused_;
     Likeness nearest{-1, 0, {}};
     std::size_t which = 0;
     for (std::size_t i = 0; i < tape_.size(); ++i) {
@@ -167,6 +165,7 @@ http::Response Player::refuse(const http::Request& request)
     const std::string reason = "no exchange of the tape fits this request; the nearest is exchange " +
                                std::to_string(which + 1) + " (line " + std::to_string(tape_[which].line) +
                                "): " + nearest.difference(bindings_);
+    ++refused_;
     return http::refusal(404, reason, exceptionid::kNotOnTape);
 }
 
