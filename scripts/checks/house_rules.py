@@ -53,6 +53,8 @@ INCLUDES = [
     ("log/", ["log/"], ["CLI/", "nlohmann/"]),
     ("service/control/", ["service/", "log/"], None),
     ("service/journal/", ["service/", "log/"], None),
+    ("service/tape/", ["service/", "log/"], None),
+    ("service/http/RequestLog", ["service/", "log/"], None),
     ("service/", ["service/"], None),
     ("examples/", ["examples/", PUBLIC], None),
 ]

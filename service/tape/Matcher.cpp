@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "service/base/Text.h"
+#include "service/tape/Difference.h"
 #include "service/tape/Escapes.h"
 
 namespace service::tape {
 
 namespace {
 
-constexpr std::size_t kExcerpt = 40;
 constexpr std::size_t kMostRetries = 10'000;
 constexpr std::size_t kFollowing = 8;  // enough to know where a value ends
 
@@ -42,7 +42,7 @@ public:
             if (piece_ == wanted_.size() && at_ == text_.size()) return {true, at_, {}};
             if (piece_ == wanted_.size() || !step()) {
                 noteDifference();
-                if (!retry()) return {false, furthest_, difference_};
+                if (!retry()) return {false, furthest_, wantedThere_};
             }
         }
     }
@@ -111,18 +111,12 @@ private:
                 const auto pair = std::ranges::mismatch(piece.text, text_.substr(at));
                 const auto same = static_cast<std::size_t>(pair.in1 - piece.text.begin());
                 at += same;
-                wanted = excerpt(std::string_view(piece.text).substr(same));
+                wanted = excerptOf(std::string_view(piece.text).substr(same));
             }
         }
-        if (!difference_.empty() && at <= furthest_) return;
+        if (!wantedThere_.empty() && at <= furthest_) return;
         furthest_ = at;
-        difference_ = wanted + ", and not " + (at < text_.size() ? excerpt(text_.substr(at)) : "the end");
-    }
-
-    static std::string excerpt(std::string_view text)
-    {
-        std::string out = "\"" + escaped(text.substr(0, kExcerpt));
-        return out + (text.size() > kExcerpt ? "...\"" : "\"");
+        wantedThere_ = std::move(wanted);
     }
 
     const Template& wanted_;
@@ -135,7 +129,7 @@ private:
     std::size_t anyAt_ = 0;
     std::size_t retries_ = 0;
     std::size_t furthest_ = 0;
-    std::string difference_;
+    std::string wantedThere_;
 };
 
 }  // namespace
@@ -157,6 +151,15 @@ void Bindings::forget(const Piece& piece)
     values_.erase({piece.kind, piece.number});
 }
 
+std::vector<std::string> Bindings::secrets() const
+{
+    std::vector<std::string> all = base_ != nullptr ? base_->secrets() : std::vector<std::string>();
+    for (const auto& [name, value] : values_) {
+        if (name.first == Kind::cred || name.first == Kind::secret) all.push_back(value);
+    }
+    return all;
+}
+
 Bindings Bindings::trial() const
 {
     Bindings trial;
@@ -172,11 +175,6 @@ void Bindings::adopt(Bindings trial)
 Fit fit(const Template& wanted, std::string_view text, Place place, Bindings& bindings)
 {
     return Fitter(wanted, text, place, bindings).run();
-}
-
-std::string differenceText(std::string_view what, const Fit& found)
-{
-    return std::string(what) + " differs at byte " + std::to_string(found.at) + ": the tape has " + found.difference;
 }
 
 std::string rendered(const Template& text, Place place, const Bindings& bindings)

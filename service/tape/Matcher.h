@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "service/tape/Template.h"
 
@@ -19,6 +20,9 @@ public:
 
     void forget(const Piece& piece);
 
+    // The values of credentials and secrets.
+    std::vector<std::string> secrets() const;
+
     // Empty ones, which find what these have too, and live no longer.
     Bindings trial() const;
 
@@ -33,12 +37,9 @@ private:
 // How far a text is what a template says.
 struct Fit {
     bool fits = false;
-    std::size_t at = 0;      // the first byte of the text that differs
-    std::string difference;  // what was wanted there, and what was found
+    std::size_t at = 0;  // the first byte of the text that differs
+    std::string wanted;  // what the tape has there
 };
-
-// What differs, in words: "its body differs at byte 3: ...".
-std::string differenceText(std::string_view what, const Fit& found);
 
 // Compares. A placeholder that is bound stands for its value, in whatever spelling; one that is not takes what is
 // there, which is bound. {any} takes anything, and {time} any moment.

@@ -1,12 +1,16 @@
 #include "service/tape/Player.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <tuple>
+#include <utility>
 
 #include "service/base/Clock.h"
 #include "service/base/Refusal.h"
 #include "service/base/Secret.h"
+#include "service/tape/Difference.h"
 #include "service/tape/Headers.h"
+#include "service/tape/Secrets.h"
 
 namespace service::tape {
 
@@ -15,6 +19,25 @@ namespace {
 std::string headerIn(const http::Request& request, const std::string& name)
 {
     return isSameName(name, "Content-Type") ? request.contentType : headerOf(request.headers, name);
+}
+
+std::function<std::string(const Bindings&)> saying(const std::string& text)
+{
+    return [text](const Bindings&) { return text; };
+}
+
+// Why an exchange cannot be played yet; empty where it can.
+std::string missingIn(const Exchange& exchange, const Bindings& bindings)
+{
+    const auto isLater = [&bindings](const Piece& piece) {
+        return piece.kind == Kind::cred && bindings.find(piece) == nullptr;
+    };
+    std::string missing;
+    for (const Template* text : {&exchange.target, &exchange.body}) {
+        const auto later = std::ranges::find_if(*text, isLater);
+        if (later != text->end()) missing = "no reply has given its {" + nameOf(*later) + "} yet";
+    }
+    return missing;
 }
 
 }  // namespace
@@ -41,10 +64,18 @@ std::size_t Player::played() const
 http::Response Player::play(const http::Request& request, const std::string& server)
 {
     bindings_.bind({Kind::server, 0, {}}, server);
-    const std::optional<std::size_t> chosen = choose(request);
-    if (!chosen) return refuse(request);
-    playedAt_[*chosen] = ++now_;
-    return reply(tape_[*chosen]);
+    std::string which = "this request";
+    try {
+        const std::optional<std::size_t> chosen = choose(request);
+        if (!chosen) return refuse(request);
+        which = "exchange " + std::to_string(*chosen + 1) + " of the tape (line " +
+                std::to_string(tape_[*chosen].line) + ")";
+        playedAt_[*chosen] = ++now_;
+        return reply(tape_[*chosen]);
+    } catch (const std::exception& error) {
+        ++refused_;
+        return http::refusal(500, which + " cannot be played: " + error.what(), exceptionid::kInternal);
+    }
 }
 
 std::optional<std::size_t> Player::choose(const http::Request& request)
@@ -58,7 +89,7 @@ std::optional<std::size_t> Player::choose(const http::Request& request)
     });
     for (const std::size_t i : order) {
         Bindings trial = bindings_.trial();
-        if (!compare(tape_[i], request, trial).difference.empty()) continue;
+        if (compare(tape_[i], request, trial).difference) continue;
         bindings_.adopt(std::move(trial));
         return i;
     }
@@ -67,23 +98,30 @@ std::optional<std::size_t> Player::choose(const http::Request& request)
 
 Player::Likeness Player::compare(const Exchange& exchange, const http::Request& request, Bindings& bindings) const
 {
-    if (exchange.method != request.method) return {0, 0, "it is a " + exchange.method};
-    const auto isLater = [&bindings](const Piece& piece) {
-        return piece.kind == Kind::cred && bindings.find(piece) == nullptr;
-    };
-    std::string missing;
-    for (const Template* text : {&exchange.target, &exchange.body}) {
-        const auto later = std::ranges::find_if(*text, isLater);
-        if (later != text->end()) missing = "no reply has given its {" + nameOf(*later) + "} yet";
+    if (exchange.method != request.method) return {0, 0, saying("it is a " + exchange.method)};
+    const std::string missing = missingIn(exchange, bindings);
+    const Fit target = fit(exchange.target, request.target, Place::form, bindings);
+    if (!target.fits) {
+        return {1, target.at, [target, &request](const Bindings& known) {
+                    return differenceText("its target", target, request.target, secretsOfAddress(request.target),
+                                          known);
+                }};
     }
-    Fit found = fit(exchange.target, request.target, Place::form, bindings);
-    if (!found.fits) return {1, found.at, differenceText("its target", found)};
     for (const HeaderTemplate& header : exchange.headers) {
-        found = fit(header.value, headerIn(request, header.name), Place::plain, bindings);
-        if (!found.fits) return {2, found.at, differenceText("its header " + header.name, found)};
+        const std::string value = headerIn(request, header.name);
+        const Fit found = fit(header.value, value, Place::plain, bindings);
+        if (found.fits) continue;
+        return {2, found.at, [found, value, &header](const Bindings& known) {
+                    return differenceText("its header " + header.name, found, value,
+                                          secretsOfHeader(header.name, value), known);
+                }};
     }
-    found = fit(exchange.body, request.body, placeOf(request.contentType), bindings);
-    return {3, found.at, found.fits ? missing : differenceText("its body", found)};
+    const Fit body = fit(exchange.body, request.body, placeOf(request.contentType), bindings);
+    if (body.fits) return {3, body.at, missing.empty() ? nullptr : saying(missing)};
+    return {3, body.at, [body, &request](const Bindings& known) {
+                return differenceText("its body", body, request.body, secretsOfBody(request.contentType, request.body),
+                                      known);
+            }};
 }
 
 // What the service would make anew is new here, too.
@@ -106,14 +144,15 @@ http::Response Player::reply(const Exchange& exchange)
     response.body = rendered(exchange.reply, placeOf(exchange.contentType), bindings_);
     for (const HeaderTemplate& header : exchange.replyHeaders) {
         bindFresh(header.value);
-        response.headers.emplace_back(header.name, rendered(header.value, Place::plain, bindings_));
+        std::string value = rendered(header.value, Place::plain, bindings_);
+        if (value.size() > kLongestHeader) throw std::length_error("its header " + header.name + " is too long");
+        response.headers.emplace_back(header.name, std::move(value));
     }
     return response;
 }
 
 http::Response Player::refuse(const http::Request& request)
 {
-    ++refused_;
     Likeness nearest{-1, 0, {}};
     std::size_t which = 0;
     for (std::size_t i = 0; i < tape_.size(); ++i) {
@@ -125,7 +164,8 @@ http::Response Player::refuse(const http::Request& request)
     }
     const std::string reason = "no exchange of the tape fits this request; the nearest is exchange " +
                                std::to_string(which + 1) + " (line " + std::to_string(tape_[which].line) +
-                               "): " + nearest.difference;
+                               "): " + nearest.difference(bindings_);
+    ++refused_;
     return http::refusal(404, reason, exceptionid::kNotOnTape);
 }
 

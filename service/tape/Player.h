@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,7 +19,7 @@ public:
     explicit Player(Tape tape);
 
     // `server` is where the player is reached. A request that fits nothing is refused with the nearest exchange and the
-    // first difference.
+    // first difference; one whose reply cannot be made is refused, too.
     http::Response play(const http::Request& request, const std::string& server);
 
     std::size_t size() const { return tape_.size(); }
@@ -30,7 +31,7 @@ private:
     struct Likeness {
         int parts = 0;
         std::size_t bytes = 0;
-        std::string difference;  // empty where it fits
+        std::function<std::string(const Bindings&)> difference;  // says it; none where it fits
     };
 
     Likeness compare(const Exchange& exchange, const http::Request& request, Bindings& bindings) const;

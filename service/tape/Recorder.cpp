@@ -53,10 +53,9 @@ http::Response Recorder::pass(const http::Request& request, const Origin& own)
         std::clog << "not on the tape: " << error.what() << std::endl;
         return http::refusal(502, std::string("the service does not answer: ") + error.what(), exceptionid::kInternal);
     }
-    if (scribe_.take(sent, response)) file_.write(scribe_.texts());
-    else
-        std::clog << "not on the tape: a reply whose secrets could not be told, for it is compressed or the like"
-                  << std::endl;
+    const std::string reason = scribe_.take(sent, response);
+    if (reason.empty()) file_.write(scribe_.texts());
+    else std::clog << "not on the tape: " << reason << std::endl;
     return back(std::move(response), own, upstream_.origin());
 }
 

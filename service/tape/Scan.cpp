@@ -6,9 +6,6 @@
 #include <tuple>
 #include <utility>
 
-#include "service/base/Percent.h"
-#include "service/base/Text.h"
-
 namespace service::tape {
 
 namespace {
@@ -16,6 +13,7 @@ namespace {
 constexpr std::size_t kMadeDigits = 12;
 constexpr std::size_t kShortestIdentifier = 4;
 constexpr std::size_t kShortestNumber = 6;
+constexpr std::size_t kTelling = 8;        // a shorter secret may stand within a word that has nothing to do with it
 constexpr std::size_t kMilliseconds = 13;  // digits of a moment
 
 bool isDigit(char c)
@@ -47,6 +45,23 @@ bool isTokenCharacter(char c)
     return kTokenCharacters[static_cast<unsigned char>(c)];
 }
 
+// A "d" stands for a digit.
+bool isOfForm(std::string_view text, std::string_view form)
+{
+    return std::ranges::equal(form, text, [](char wanted, char c) { return wanted == 'd' ? isDigit(c) : wanted == c; });
+}
+
+// What may stand behind the seconds of a moment. A "+" ends a token.
+bool isFractionAndZone(std::string_view text)
+{
+    if (text.starts_with('.')) {
+        const std::size_t digits = std::min(text.find_first_not_of("0123456789", 1), text.size());
+        if (digits == 1) return false;
+        text.remove_prefix(digits);
+    }
+    return text.empty() || text == "Z" || isOfForm(text, "-dd:dd") || isOfForm(text, "-dddd") || isOfForm(text, "-dd");
+}
+
 std::string_view runAt(std::string_view text, std::size_t at)
 {
     std::size_t end = at;
@@ -71,58 +86,14 @@ bool isEscape(std::string_view text)
     return text.size() >= 3 && text[0] == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
 }
 
-void addFound(std::vector<Found>& found, std::string_view raw, std::string value)
+// As a form and as JSON have them: what stands behind is a word of its own.
+bool endsInEscape(std::string_view text)
 {
-    if (!value.empty()) found.push_back({std::string(raw), std::move(value)});
-}
-
-void findFields(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    if (text.starts_with('/')) text.remove_prefix(std::min(text.find('?'), text.size() - 1) + 1);
-    for (const std::string_view piece : split(text, '&')) {
-        const std::size_t equals = piece.find('=');
-        if (equals == std::string_view::npos || !isWanted(unspelled(piece.substr(0, equals), Place::form))) continue;
-        const std::string_view raw = piece.substr(equals + 1);
-        addFound(found, raw, unspelled(raw, Place::form));
-    }
-}
-
-void findParts(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    constexpr std::string_view kName = "; name=\"";
-    for (std::size_t at = text.find(kName); at != std::string_view::npos; at = text.find(kName, at)) {
-        at += kName.size();
-        const std::string_view name = text.substr(at, text.find('"', at) - at);
-        const std::size_t start = text.find("\r\n\r\n", at);
-        if (start == std::string_view::npos) return;
-        const std::string_view raw = text.substr(start + 4, text.find("\r\n--", start + 4) - start - 4);
-        if (isWanted(name)) addFound(found, raw, std::string(raw));
-    }
-}
-
-// The text of an element whose "<" was just passed, if its name is one of those.
-void findElement(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    constexpr std::string_view kData = "<![CDATA[";
-    const std::size_t close = text.find('>');
-    if (close == std::string_view::npos || close == 0 || text[close - 1] == '/') return;
-    std::string_view name = text.substr(0, text.find_first_of(" \t\r\n>"));
-    name.remove_prefix(name.find(':') + 1);
-    if (!isWanted(name)) return;
-    text.remove_prefix(close + 1);
-    if (text.starts_with(kData)) {
-        const std::string_view raw = text.substr(kData.size(), text.find("]]>") - kData.size());
-        return addFound(found, raw, std::string(raw));
-    }
-    const std::string_view raw = trimmed(text.substr(0, text.find('<')));
-    addFound(found, raw, unspelled(raw, Place::xml));
-}
-
-void findElements(std::vector<Found>& found, std::string_view text, const NameTest& isWanted)
-{
-    for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
-        findElement(found, text.substr(at + 1), isWanted);
-    }
+    constexpr std::size_t kNumbered = 6;
+    const std::size_t length = text.size();
+    if (length >= 3 && isEscape(text.substr(length - 3))) return true;
+    if (length >= 2 && text[length - 2] == '\\') return true;
+    return length >= kNumbered && text.substr(length - kNumbered, 2) == "\\u";
 }
 
 // Whether a host's name or port goes on there.
@@ -131,15 +102,6 @@ bool addressGoesOn(std::string_view rest)
     if (rest.starts_with("%3A") || rest.starts_with("%3a")) return rest.size() > 3 && isWordCharacter(rest[3]);
     return rest.size() > 1 && std::string_view(".:-").find(rest[0]) != std::string_view::npos &&
            isWordCharacter(rest[1]);
-}
-
-bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside)
-{
-    const bool escapeBefore = at >= 3 && isEscape(text.substr(at - 3, 3));
-    const bool wordBefore = at > 0 && isWordCharacter(text[at - 1]) && !escapeBefore;
-    const std::string_view rest = text.substr(at + length);
-    if (wordBefore || (!rest.empty() && isWordCharacter(rest[0]))) return false;
-    return beside != Beside::noAddress || !addressGoesOn(rest);
 }
 
 // Finds several spellings at once, from the left to the right; of two at one place the one that is listed first.
@@ -166,8 +128,7 @@ private:
     std::size_t find(const std::string& spelling, std::size_t from) const
     {
         std::size_t at = text_.find(spelling, from);
-        while (beside_ != Beside::anything && at != std::string_view::npos &&
-               !stands(text_, at, spelling.size(), beside_)) {
+        while (at != std::string_view::npos && !stands(text_, at, spelling.size(), beside_)) {
             at = text_.find(spelling, at + 1);
         }
         return at;
@@ -180,16 +141,6 @@ private:
 };
 
 }  // namespace
-
-std::vector<Found> valuesOf(std::string_view text, const NameTest& isWanted)
-{
-    std::vector<Found> found;
-    findFields(found, text, isWanted);
-    findParts(found, text, isWanted);
-    findElements(found, text, isWanted);
-    if (const auto decoded = percentDecoded(text)) findElements(found, *decoded, isWanted);
-    return found;
-}
 
 std::vector<Token> tokensOf(std::string_view text)
 {
@@ -212,9 +163,8 @@ bool looksLikeTime(std::string_view token)
 {
     constexpr std::string_view kPattern = "dddd-dd-ddTdd:dd:dd";
     if (token.size() == kMilliseconds && token.front() == '1') return std::ranges::all_of(token, isDigit);
-    if (token.size() < kPattern.size()) return false;
-    return std::ranges::equal(kPattern, token.substr(0, kPattern.size()),
-                              [](char wanted, char c) { return wanted == 'd' ? isDigit(c) : wanted == c; });
+    return isOfForm(token.substr(0, kPattern.size()), kPattern) &&
+           isFractionAndZone(token.substr(std::min(kPattern.size(), token.size())));
 }
 
 bool looksMade(std::string_view token)
@@ -234,6 +184,20 @@ bool couldIdentify(std::string_view token)
     if (std::ranges::all_of(token, isDigit)) return token.size() >= kShortestNumber;
     return token.size() >= kShortestIdentifier &&
            std::ranges::any_of(token, [](char c) { return isDigit(c) || c == '-' || c == '_'; });
+}
+
+bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside)
+{
+    if (beside == Beside::anything) return true;
+    const bool wordBefore = at > 0 && isWordCharacter(text[at - 1]) && !endsInEscape(text.substr(0, at));
+    const std::string_view rest = text.substr(at + length);
+    if (wordBefore || (!rest.empty() && isWordCharacter(rest[0]))) return false;
+    return beside != Beside::noAddress || !addressGoesOn(rest);
+}
+
+Beside besideSecret(std::string_view value)
+{
+    return value.size() < kTelling ? Beside::noLetter : Beside::anything;
 }
 
 void replace(Template& text, const std::vector<std::string>& spellings, const Piece& piece, Beside beside)

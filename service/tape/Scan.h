@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,18 +11,6 @@ namespace service::tape {
 
 // What a recorder finds in the texts of requests and replies. It looks for signs rather than structure: what it reads
 // may be any service's, and need not be well-formed.
-
-using NameTest = std::function<bool(std::string_view)>;
-
-// A value as it is spelled where it was found, and what it stands for.
-struct Found {
-    std::string spelled;
-    std::string value;
-};
-
-// The values of the fields of that name: of "a=b&c=d", of a multipart form, and of elements such as "<a>b</a>", whether
-// they stand in the open or percent-encoded. Empty ones are left out.
-std::vector<Found> valuesOf(std::string_view text, const NameTest& isWanted);
 
 // What may be an identifier or a moment: a run of letters, digits and "-_.:".
 struct Token {
@@ -48,6 +35,12 @@ enum class Beside {
     noLetter,   // nor a digit: it is a word of its own
     noAddress,  // nor what goes on with a host's name or port
 };
+
+// What may stand beside a secret.
+Beside besideSecret(std::string_view value);
+
+// Whether what is there stands so.
+bool stands(std::string_view text, std::size_t at, std::size_t length, Beside beside);
 
 // Puts the piece in the place of each of the spellings.
 void replace(Template& text, const std::vector<std::string>& spellings, const Piece& piece, Beside beside);

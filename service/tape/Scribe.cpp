@@ -10,27 +10,29 @@ namespace service::tape {
 
 namespace {
 
-// A shorter secret may stand within a word that has nothing to do with it.
-constexpr std::size_t kTelling = 8;
-
 bool isCredential(std::string_view name)
 {
     return lower(name) == "cred";
 }
 
-bool isSecret(std::string_view name)
+// A text of two bytes a letter hides what is in it.
+bool isWide(std::string_view text)
 {
-    const std::string plain = lower(name);
-    return plain == "password" || plain == "passwd" || plain == "pwd" || plain == "token" || plain == "secret" ||
-           plain.ends_with("password") || plain.ends_with("token");
+    const auto first = [&text](std::string_view bytes) { return text.starts_with(bytes); };
+    return first("\xFF\xFE") || first("\xFE\xFF") || first(std::string_view("<\0", 2)) ||
+           first(std::string_view("\0<", 2));
 }
 
-// A compressed reply, or one in an encoding of two bytes a letter, hides what is in it.
+// Whether secrets can be told in it: in no compressed reply, for one.
 bool isReadable(const http::Response& response)
 {
     const std::string coding = lower(headerOf(response.headers, "content-encoding"));
     if (!coding.empty() && coding != "identity") return false;
-    return placeOf(response.contentType) != Place::xml || response.body.find('\0') == std::string::npos;
+    const std::string type = lower(response.contentType);
+    const bool isText = type.starts_with("text/") || type.find("json") != std::string::npos ||
+                        placeOf(type) == Place::xml || placeOf(type) == Place::form;
+    if (isText && response.body.find('\0') != std::string::npos) return false;
+    return isPicture(type, response.body) || !isWide(response.body);
 }
 
 std::string boundaryOf(std::string_view contentType)
@@ -86,9 +88,12 @@ void open(Template& text, int number, const std::string& value)
 
 }  // namespace
 
-bool Scribe::take(const http::Request& request, const http::Response& response)
+std::string Scribe::take(const http::Request& request, const http::Response& response)
 {
-    if (!isReadable(response)) return false;
+    if (response.status < kLeastStatus || response.status > kMostStatus) {
+        return "no tape can hold a reply with the status " + std::to_string(response.status);
+    }
+    if (!isReadable(response)) return "the secrets of its reply cannot be told, for it is compressed or the like";
     learnRequest(request);
     learnReply(response);
     mend();
@@ -105,7 +110,7 @@ bool Scribe::take(const http::Request& request, const http::Response& response)
     if (placeOf(response.contentType) == Place::xml) meet(response.body);
     exchanges_.push_back(std::move(exchange));
     texts_.push_back(textOf(exchanges_.back(), exchanges_.size()));
-    return true;
+    return {};
 }
 
 std::string Scribe::text() const
@@ -117,37 +122,41 @@ std::string Scribe::text() const
 
 void Scribe::learnRequest(const http::Request& request)
 {
-    for (const std::string* text : {&request.target, &request.body}) {
-        hide(Kind::secret, valuesOf(*text, isSecret));
-        // One that no reply gave: the host had it before.
-        hide(Kind::secret, valuesOf(*text, isCredential));
-        askFor(*text);
-    }
+    hideOfRequest(secretsOfAddress(request.target));
+    askFor(request.target);
+    hideOfRequest(secretsOfBody(request.contentType, request.body));
+    askFor(request.body);
 }
 
 void Scribe::learnReply(const http::Response& response)
 {
-    if (placeOf(response.contentType) != Place::xml) return;
-    hide(Kind::cred, valuesOf(response.body, isCredential));
-    hide(Kind::secret, valuesOf(response.body, isSecret));
+    if (!isPicture(response.contentType, response.body)) hideOfReply(secretsIn(response.body));
+    hideOfReply(secretsOfAddress(headerOf(response.headers, "location")));
 }
 
-void Scribe::hide(Kind kind, const std::vector<Found>& found)
+// A credential among them is one that no reply gave: the host had it before.
+void Scribe::hideOfRequest(const std::vector<Found>& found)
 {
-    for (const Found& one : found) hide(kind, one.spelled, one.value);
+    for (const Found& one : found) hide(Kind::secret, one);
 }
 
-void Scribe::hide(Kind kind, const std::string& spelled, const std::string& value)
+void Scribe::hideOfReply(const std::vector<Found>& found)
 {
+    for (const Found& one : found) hide(isCredential(one.name) ? Kind::cred : Kind::secret, one);
+}
+
+void Scribe::hide(Kind kind, const Found& found)
+{
+    const auto& [name, spelled, value] = found;
+    if (spelled.empty() || value.empty()) return;
     const auto known = std::ranges::find(hidden_, value, &Hidden::value);
     if (known != hidden_.end() && std::ranges::find(known->spellings, spelled) != known->spellings.end()) return;
     news_.push_back(spelled);
     if (known != hidden_.end()) return known->spellings.push_back(spelled);
     Hidden hidden{
-        {kind, kind == Kind::cred ? ++credentials_ : ++secrets_, {}}, value, spellings(value), Beside::anything};
+        {kind, kind == Kind::cred ? ++credentials_ : ++secrets_, {}}, value, spellings(value), besideSecret(value)};
     if (std::ranges::find(hidden.spellings, spelled) == hidden.spellings.end()) hidden.spellings.push_back(spelled);
     news_.insert(news_.end(), hidden.spellings.begin(), hidden.spellings.end());
-    if (value.size() < kTelling) hidden.beside = Beside::noLetter;
     forgetIdentifiersWith(hidden);
     hidden_.push_back(std::move(hidden));
     // One that holds another goes first.

@@ -9,6 +9,7 @@
 
 #include "service/http/Message.h"
 #include "service/tape/Scan.h"
+#include "service/tape/Secrets.h"
 #include "service/tape/Tape.h"
 
 namespace service::tape {
@@ -20,8 +21,9 @@ public:
     // How the service's address may be spelled.
     explicit Scribe(std::vector<std::string> serverSpellings) : server_(std::move(serverSpellings)) {}
 
-    // False where the reply cannot be read, so that nobody knows what secrets are in it: it is left out.
-    bool take(const http::Request& request, const http::Response& response);
+    // Says why an exchange is left out: nobody knows what secrets are in its reply, or no tape can hold it. Empty where
+    // it is on the tape.
+    std::string take(const http::Request& request, const http::Response& response);
 
     // The whole tape: its title and each exchange, and as one text.
     const std::vector<std::string>& texts() const { return texts_; }
@@ -40,8 +42,9 @@ private:
 
     void learnRequest(const http::Request& request);
     void learnReply(const http::Response& response);
-    void hide(Kind kind, const std::vector<Found>& found);
-    void hide(Kind kind, const std::string& spelled, const std::string& value);
+    void hideOfRequest(const std::vector<Found>& found);
+    void hideOfReply(const std::vector<Found>& found);
+    void hide(Kind kind, const Found& found);
     void forgetIdentifiersWith(const Hidden& hidden);
     void askFor(std::string_view text);
     void meet(std::string_view reply);

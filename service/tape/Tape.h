@@ -37,6 +37,13 @@ std::vector<const Template*> templatesOf(const Exchange& exchange);
 
 using Tape = std::vector<Exchange>;
 
+// The statuses that a tape can hold.
+inline constexpr unsigned kLeastStatus = 200;
+inline constexpr unsigned kMostStatus = 599;
+
+// How long a header's name and value may be, each.
+inline constexpr std::size_t kLongestHeader = 65'500;
+
 // What is wrong with a tape, and in which line.
 class TapeError : public std::runtime_error {
 public:

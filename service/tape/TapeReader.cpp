@@ -60,16 +60,52 @@ Template joined(const Section& section)
     return text;
 }
 
+// Without what placeholders will stand for.
+std::size_t lengthOf(const Template& text)
+{
+    std::size_t length = 0;
+    for (const Piece& piece : text) length += piece.text.size();
+    return length;
+}
+
+// Each form has a boundary of its own, and no reply is one.
+void refuseBoundary(const Template& text, std::size_t line)
+{
+    const auto isBoundary = [](const Piece& piece) { return piece.kind == Kind::boundary; };
+    if (std::ranges::any_of(text, isBoundary)) throw TapeError(line, "{boundary} stands in a request alone");
+}
+
+Template joinedReply(const Section& section)
+{
+    Template text;
+    for (const auto& [at, line] : section.lines) {
+        Template part;
+        appendUnescaped(part, line, at);
+        refuseBoundary(part, at);
+        for (Piece& piece : part) append(text, std::move(piece));
+    }
+    return text;
+}
+
 std::vector<HeaderTemplate> headersOf(const Section& section)
 {
     std::vector<HeaderTemplate> headers;
     for (const auto& [at, line] : section.lines) {
         const std::size_t colon = line.find(':');
         if (colon == std::string_view::npos || colon == 0) throw TapeError(at, "a header is \"Name: value\"");
+        if (colon > kLongestHeader) throw TapeError(at, "this header's name is too long");
         Template value;
         appendUnescaped(value, withoutIndent(line.substr(colon + 1)), at);
+        if (lengthOf(value) > kLongestHeader) throw TapeError(at, "this header is too long");
         headers.push_back({std::string(line.substr(0, colon)), std::move(value)});
     }
+    return headers;
+}
+
+std::vector<HeaderTemplate> replyHeadersOf(const Section& section)
+{
+    std::vector<HeaderTemplate> headers = headersOf(section);
+    for (std::size_t i = 0; i < headers.size(); ++i) refuseBoundary(headers[i].value, section.lines[i].first);
     return headers;
 }
 
@@ -85,14 +121,15 @@ void readRequest(Exchange& exchange, const Section& section)
 void readReply(Exchange& exchange, const Section& section)
 {
     const std::string_view status = section.argument.substr(0, section.argument.find(' '));
-    const auto number = wholeNumber(status.empty() ? "200" : status, 200, 599);
+    const auto number = wholeNumber(status.empty() ? "200" : status, kLeastStatus, kMostStatus);
     if (!number) throw TapeError(section.at, "no such status: " + inQuotes(status));
     exchange.status = static_cast<unsigned>(*number);
     exchange.contentType = trimmed(section.argument.substr(status.size()));
     if (section.argument.empty()) exchange.contentType = "text/xml";
     const auto isPlain = [](char c) { return c >= ' ' && c <= '~'; };
-    if (!std::ranges::all_of(exchange.contentType, isPlain)) throw TapeError(section.at, "this is no content type");
-    exchange.reply = joined(section);
+    if (!std::ranges::all_of(exchange.contentType, isPlain) || exchange.contentType.size() > kLongestHeader)
+        throw TapeError(section.at, "this is no content type");
+    exchange.reply = joinedReply(section);
 }
 
 using Reader = std::function<void(Exchange&, const Section&)>;
@@ -105,7 +142,7 @@ const std::map<std::string_view, Reader>& readers()
         {"body", [](Exchange& exchange, const Section& section) { exchange.body = joined(section); }},
         {"reply", readReply},
         {"reply headers",
-         [](Exchange& exchange, const Section& section) { exchange.replyHeaders = headersOf(section); }},
+         [](Exchange& exchange, const Section& section) { exchange.replyHeaders = replyHeadersOf(section); }},
     };
     return kReaders;
 }

@@ -61,6 +61,13 @@ http::Response responseOf(wire::response<wire::string_body>& message)
     return response;
 }
 
+// The reply is still to come. One that changes protocols is the last of this one.
+bool isInterim(unsigned status)
+{
+    constexpr unsigned kSwitching = 101;
+    return status >= 100 && status < 200 && status != kSwitching;
+}
+
 class PlainChannel final : public StreamChannel<beast::tcp_stream> {
 public:
     using StreamChannel::StreamChannel;
@@ -88,11 +95,20 @@ http::Response Upstream::ask(const http::Request& request)
     await([&](auto ended) { channel->greet(ended); });
     channel->carrier().expires_after(limits_.exchange);
     await([&](auto ended) { channel->write(message, ended); });
+    return read(*channel);
+}
+
+// The reply, behind what a service says before it.
+http::Response Upstream::read(Channel& channel)
+{
     beast::flat_buffer buffer;
-    Channel::ReplyParser parser;
-    parser.body_limit(limits_.reply);
-    await([&](auto ended) { channel->read(buffer, parser, ended); });
-    return responseOf(parser.get());
+    std::optional<Channel::ReplyParser> parser;
+    do {
+        parser.emplace();
+        parser->body_limit(limits_.reply);
+        await([&](auto ended) { channel.read(buffer, *parser, ended); });
+    } while (isInterim(parser->get().result_int()));
+    return responseOf(parser->get());
 }
 
 // Starts one thing and waits for its end. The context never runs out of work: it waits for the process to be asked to

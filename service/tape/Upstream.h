@@ -42,6 +42,7 @@ private:
     template <typename Start>
     void await(Start start);
     void connect(boost::beast::tcp_stream& stream);
+    http::Response read(Channel& channel);
 
     Origin origin_;
     UpstreamLimits limits_;

@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "service/base/Clock.h"
+#include "service/tape/Difference.h"
 #include "service/tape/Escapes.h"
 #include "service/tape/Headers.h"
+#include "service/tape/Secrets.h"
 
 namespace service::tape {
 
@@ -79,10 +81,13 @@ std::string Verifier::compare(const Exchange& exchange, const http::Response& re
         return "its content type is \"" + exchange.contentType + "\", and not \"" + escaped(response.contentType) +
                "\"";
     }
-    if (!body.fits) return differenceText("its reply", body);
+    if (!body.fits) return differenceText("its reply", body, response.body, secretsIn(response.body), bindings_);
     for (const HeaderTemplate& header : exchange.replyHeaders) {
-        const Fit found = fit(header.value, headerOf(response.headers, header.name), Place::plain, bindings_);
-        if (!found.fits) return differenceText("its header " + header.name, found);
+        const std::string value = headerOf(response.headers, header.name);
+        const Fit found = fit(header.value, value, Place::plain, bindings_);
+        if (found.fits) continue;
+        return differenceText("its header " + header.name, found, value, secretsOfHeader(header.name, value),
+                              bindings_);
     }
     return {};
 }

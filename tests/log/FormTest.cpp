@@ -31,7 +31,8 @@ TEST(Form, CredentialThatStandsAsItIsEndsAtTheNextName)
 
 TEST(Form, SecretsAreKnownByTheEndOfTheirName)
 {
-    for (const char* const name : {"password", "token", "cred", "Password", "QueltAVToken", "rootCred", "TOKEN"}) {
+    for (const char* const name : {"password", "token", "cred", "Password", "QueltAVToken", "rootCred", "TOKEN", "pwd",
+                                   "clientSecret", "credentials"}) {
         EXPECT_TRUE(isSecretName(name)) << name;
     }
     for (const char* const name : {"", "cre", "credit", "changePasswordURL", "tokens", "username", "tabName"}) {

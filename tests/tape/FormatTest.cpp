@@ -98,8 +98,12 @@ TEST(TapeFormat, PlaceholdersComeBack)
                        {Kind::secret, 1, {}}, {Kind::secret, 2, {}},
                        {Kind::any, 0, {}},    {Kind::id, 7, "wksp-1} = \\ {"},
                        {Kind::id, 7, {}},     {Kind::time, 0, "2026-02-01T09:30:00Z"},
-                       {Kind::time, 0, {}},   {Kind::boundary, 0, {}}};
+                       {Kind::time, 0, {}}};
     expectRoundTrip(exchangeWith(all));
+    Exchange form = exchangeWith(all);
+    form.body.push_back({Kind::boundary, 0, {}});
+    form.headers.push_back({"Content-Type", {{Kind::boundary, 0, {}}}});
+    expectRoundTrip(form);
     EXPECT_THAT(tape::textOf(exchangeWith(all), 1), HasSubstr("{cred 3}{secret}{secret 2}{any}{id 7 = wksp-1\\x7D"));
 }
 
@@ -173,6 +177,11 @@ TEST(TapeFormat, SaysWhatIsWrongAndWhere)
         {"[body]\n{cred 99999999999999999999}\n[reply]\n", "line 2: no such number"},
         {"[body]\n{any 1}\n[reply]\n", "line 2: no such number"},
         {"[body]\n{cred 1 = a}\n[reply]\n", "line 2: no value belongs"},
+        {"[reply]\na\nb{boundary}\n", "line 3: {boundary} stands in a request"},
+        {"[reply]\na\n[reply headers]\nX: a\nY: {boundary}\n", "line 5: {boundary} stands in a request"},
+        {"[reply]\n[reply headers]\nX: a\nY: " + std::string(70'000, 'y') + "\n", "line 4: this header is too long"},
+        {"[reply]\n[reply headers]\n" + std::string(70'000, 'y') + ": a\n", "line 3: this header's name is too long"},
+        {"[reply] 200 " + std::string(70'000, 'y') + "\n", "line 1: this is no content type"},
         {"[body]\n{id 1}\n[reply]\n", "nowhere does {id 1} have a value"},
         {"[body]\n{id 1 = a}{id 1 = b}\n[reply]\n", "{id 1} has two values"},
     };

@@ -85,6 +85,37 @@ TEST_F(TapePlayer, NamesTheNearestExchangeAndTheFirstDifference)
     EXPECT_THAT(get.body, HasSubstr("<result>FAILURE</result>"));
 }
 
+// The reason goes to a log, and to whoever reads that.
+TEST_F(TapePlayer, TellsNoSecretOfARequestThatFitsNothing)
+{
+    load(
+        "[body]\ncmd=login&username=anna&password={secret}&isp=\n[reply]\nyes\n[body]\na={secret}&b=1\n[reply]\n\n"
+        "[request] GET\n/x?a=1\n[reply]\n");
+    EXPECT_THAT(post("cmd=login&username=bob&password=s3cret-hunter-of-a-length-that-is-cut&isp="),
+                HasSubstr("differs at byte 19: the tape has \"anna&amp;password=\", and not "
+                          "\"bob&amp;password=***&amp;isp=\""));
+    EXPECT_THAT(post("cmd=login&username=anna&password=s3cret&other=s3cret%2D&pwd=an"),
+                HasSubstr("the tape has \"isp=\", and not \"other=***%2D&amp;pwd=***\""));
+    EXPECT_THAT(post("cmd=login&username=anna&passwordX=s3cret"), HasSubstr("and not \"X=s3cret\""));
+    EXPECT_EQ(post("cmd=login&username=anna&password=s3cret%201&isp="), "yes");
+    EXPECT_THAT(post("a=s3cret+1&b=s3cret%201"), HasSubstr("the tape has \"1\", and not \"***\""));
+    const auto get = [&](const std::string& target) { return player->play({"GET", target, "", ""}, kServer).body; };
+    EXPECT_THAT(get("/x?a=2&token=s3cret"), HasSubstr("and not \"2&amp;token=***\""));
+    load("[headers]\nAuthorization: Basic x\n[body]\nh\n[reply]\n");
+    EXPECT_THAT(player->play({"POST", "/kznconnect/op.do", "", "h", {{"Authorization", "Basic s3cret"}}}, kServer).body,
+                HasSubstr("and not \"***\""));
+}
+
+TEST_F(TapePlayer, AReplyThatCannotBePlayedIsAFailure)
+{
+    std::string addresses;
+    for (int i = 0; i < 5'000; ++i) addresses += "{server}";
+    load("[body]\na\n[reply]\n1\n[reply headers]\nX: " + addresses + "\n[body]\nb\n[reply]\n2\n");
+    EXPECT_THAT(post("a"), HasSubstr("exchange 1 of the tape (line 1) cannot be played: its header X is too long"));
+    EXPECT_EQ(post("b"), "2");
+    EXPECT_EQ(player->refused(), 1U);
+}
+
 TEST_F(TapePlayer, ComparesTheHeadersThatTheTapeNames)
 {
     load(

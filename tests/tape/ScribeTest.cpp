@@ -31,7 +31,7 @@ protected:
 
     void take(const http::Request& request, const http::Response& response)
     {
-        EXPECT_TRUE(scribe.take(request, response));
+        EXPECT_EQ(scribe.take(request, response), "");
     }
 
     Scribe scribe{kServer.spellings()};
@@ -73,12 +73,70 @@ TEST_F(ScribeTest, NoSecretReachesTheTape)
     EXPECT_THAT(scribe.text(), HasSubstr("Location: {server}/?cred={secret"));
 }
 
+// Whatever a service calls its reply, and however its texts name a secret.
+TEST_F(ScribeTest, NoSecretOfAReplyReachesTheTape)
+{
+    const std::vector<std::pair<std::string, std::string>> replies{
+        {"text/plain", "<kznapi><cred>s3cret-1a</cred></kznapi>"},
+        {"text/html; charset=utf-8", "<p>A<br><cred>s3cret-1b</cred>"},
+        {"", "<cred>s3cret-1c</cred>"},
+        {"image/png", "<cred>s3cret-1d</cred>"},
+        {kXml, "<token>\n  <![CDATA[s3cret-2a]]>\n</token>"},
+        {kXml, "<a><password><value>s3cret-3a</value><b/>s3cret-3b</password></a>"},
+        {kXml, "<token>s3cret-4<!-- x -->a5b6s3cret-4b</token>"},
+        {kXml, "<token a=\">\">s3cret-5a</token><token>s3cret-5b"},
+        {kXml, "<a token=\"s3cret-6a\" x:pwd = 's3cret-6b'/><token value=\"s3cret-6c\"/>"},
+        {kXml, "<u>http://h/x?cred=s3cret-7a&amp;a=1</u><u>ftp://me:s3cret-7b@h/</u><!-- token=s3cret-7c -->"},
+        {kXml, "<u next=\"/x?u=%2Fy%3Ftoken%3Ds3cret-8a%26b\"/><x>%3Ctoken%3Es3cret-8b%3C/token%3E</x>"},
+        {kXml, "<x>&lt;token&gt;s3cret-9a&lt;/token&gt; &#x22;pwd&quot;: &quot;s3cret-9b&quot;</x>"},
+        {kXml, "<x><![CDATA[<token>s3cret-9c</token>]]></x><f name=\"token\" type=\"x\">s3cret-9d</f>"},
+        {"text/html", "<input type=\"hidden\" name=\"csrf_token\" value=\"s3cret-9e\">"},
+        {"application/json",
+         R"({"a<b":1,"token" : "s3cret<10a","Credential":{"id":"s3cret-10b","of":["s3cret-10c"]}})"},
+        {"application/json",
+         R"([{"x":"{\"token\":\"s3cret-11a\"}","y":"\u003ctoken\u003es3cret-11b\u003c/token\u003e"}])"},
+        {"text/plain", "clientSecret: \"s3cret-12a\", session[token]=s3cret-12b"},
+    };
+    for (const auto& [type, body] : replies) {
+        take(post("x=1"), {200, type, body});
+        EXPECT_THAT(scribe.text(), Not(HasSubstr("s3cret"))) << type << ' ' << body;
+    }
+    EXPECT_THAT(scribe.text(), HasSubstr("<cred>{cred 1}</cred>"));
+    EXPECT_THAT(scribe.text(), HasSubstr("<value>{secret "));
+    EXPECT_THAT(scribe.text(), HasSubstr("<b/>{secret "));
+    EXPECT_THAT(scribe.text(), HasSubstr("\"of\":[\"{secret "));
+}
+
+TEST_F(ScribeTest, NoSecretOfAnAddressReachesTheTape)
+{
+    const std::string address =
+        "/x;token=s3cret-1?cred=s3cret-2&token=s3cret'3&next=%2Fa%3Fpwd%3Ds3cret-4#access_token=s3cret-5";
+    take({"GET", "/y;token=s3cret-6?a=100%&b=%3Ctoken%3Es3cret-7", "", ""},
+         {302, "text/xml", "", {{"Location", address}}});
+    take(post(R"({"token":"s3cret-8"})", "application/json"), xml(""));
+    take(post("a=100%&xml=%3Ca%20token%3D%22s3cret-9%22%2F%3E"), xml(""));
+    EXPECT_THAT(scribe.text(), Not(HasSubstr("s3cret")));
+    EXPECT_THAT(scribe.text(), HasSubstr("?cred={cred 1}&token={secret "));
+}
+
+// What only looks as if it were one stays.
+TEST_F(ScribeTest, WhatIsNoSecretStays)
+{
+    const std::string said = R"({"token":null,"password":true,"a":"changePassword"})";
+    take(post("a=b"), {200, "application/json", said});
+    take(post("a=b"), xml("<m>Wrong password: try again</m><tokens>3</tokens><token/><token></token><a>x &lt; y</a>"));
+    take(post("a=b"), {200, "image/png", "\x89PNG token=visible"});
+    EXPECT_THAT(scribe.text(), Not(HasSubstr("{secret")));
+}
+
 // A short one is hidden where it stands alone, and leaves the words alone that happen to hold it.
 TEST_F(ScribeTest, ShortSecretsDoNotSpoilWords)
 {
     take(post("cmd=login&username=anna&password=an"), xml("<a>an</a><b>anna and an ant</b>"));
     EXPECT_THAT(scribe.text(), HasSubstr("&password={secret}\n"));
     EXPECT_THAT(scribe.text(), HasSubstr("<b>anna and {secret} ant</b>"));
+    take(post("a=b"), {200, "application/json", R"(["\u003ctoken\u003exyz\u003c/token\u003e","\nxyz"])"});
+    EXPECT_THAT(scribe.text(), Not(HasSubstr("xyz")));
 }
 
 TEST_F(ScribeTest, IdentifiersAreNamedWhereTheyFirstStand)
@@ -111,6 +169,20 @@ TEST_F(ScribeTest, MomentsAreMarked)
     take(post("since=2026-02-01T09%3A30%3A00Z&ms=1767225600000"), xml(""));
     EXPECT_THAT(scribe.text(), HasSubstr("&ms={id 1}"));
     EXPECT_THAT(scribe.text(), HasSubstr("<ms>{id 1 = 1767225600000}</ms>"));
+}
+
+// A player, and another service, can only give a moment back where all of it is one.
+TEST_F(ScribeTest, AWordThatBeginsLikeAMomentIsNone)
+{
+    const std::vector<std::string> words{"2026-02-01T09:30:00Zx",  "2026-02-01T09:30:00_1",     "2026-02-01T09:30:00.Z",
+                                         "2026-02-01T09:30:00-1x", "2026-02-01T09:30:00Z:part", "2026-02-01T09:30:0"};
+    for (const std::string& word : words) take(post("a=b"), xml("<a>" + word + "</a>"));
+    EXPECT_THAT(scribe.text(), Not(HasSubstr("{time")));
+    for (const char* const end : {"", "Z", ".5", ".123456Z", "-05:00", ".1-0500", "-05", "+02:00"}) {
+        take(post("a=b"), xml(std::string("<a>2026-02-01T09:30:00") + end + "</a>"));
+        EXPECT_THAT(scribe.text(),
+                    HasSubstr(std::string("<a>{time = 2026-02-01T09:30:00") + (*end == '+' ? "" : end) + "}"));
+    }
 }
 
 TEST_F(ScribeTest, AnIdentifierThatTurnsOutToBeASecretGoes)
@@ -163,10 +235,35 @@ TEST_F(ScribeTest, ALargeExchangeIsWrittenOnce)
 
 TEST_F(ScribeTest, WhatNobodyCanReadIsLeftOut)
 {
-    EXPECT_FALSE(scribe.take(post("a=b"), {200, kXml, "\x1F\x8B", {{"Content-Encoding", "gzip"}}}));
-    EXPECT_FALSE(scribe.take(post("a=b"), {200, kXml, std::string("<\0a\0", 4)}));
+    EXPECT_NE(scribe.take(post("a=b"), {200, kXml, "\x1F\x8B", {{"Content-Encoding", "gzip"}}}), "");
+    EXPECT_NE(scribe.take(post("a=b"), {200, kXml, std::string("<\0a\0", 4)}), "");
     take(post("a=b"), {200, kXml, "<a/>", {{"Content-Encoding", "identity"}}});
     EXPECT_EQ(scribe.size(), 1U);
+}
+
+// A tape with it could not be read again, with all that stands on it.
+TEST_F(ScribeTest, StatusesThatNoTapeHoldsAreLeftOut)
+{
+    for (const unsigned status : {0U, 101U, 199U, 600U, 999U}) {
+        EXPECT_THAT(scribe.take(post("a=b"), {status, kXml, "<a/>"}), HasSubstr(std::to_string(status)));
+    }
+    for (const unsigned status : {200U, 599U}) take(post("a=b"), {status, kXml, "<a/>"});
+    EXPECT_EQ(scribe.size(), 2U);
+}
+
+// Whatever somebody sends, the time that it takes goes with its length.
+TEST(TapeSecrets, AreLookedForInProportionToTheText)
+{
+    for (const std::string piece : {"<token>", "<a \"<b '", "token=", "&lt;token&gt;", "%3Ctoken%3E", "\"pwd\":[",
+                                    "<!--", "<![CDATA[", "://a:", "</token>", "\\\"", "&", "<f name=\"token\">"}) {
+        const auto many = [&piece](std::size_t count) {
+            std::string text = "<";
+            while (count-- > 0) text += piece;
+            return text;
+        };
+        const auto work = [&](std::size_t count) { return test::workOf([text = many(count)] { secretsIn(text); }); };
+        EXPECT_LT(work(50'000), test::kTenfold * work(5'000)) << piece;
+    }
 }
 
 TEST(TapeOrigin, ReadsUrls)

@@ -63,6 +63,15 @@ TEST_F(TapeVerifier, NamesTheFirstDifference)
                 testing::Each(HasSubstr("content type is \"text/xml\", and not \"text/html\"")));
 }
 
+TEST_F(TapeVerifier, TellsNoSecretOfAReplyThatDiffers)
+{
+    const std::string tape = "[body]\n{secret}\n[reply]\n<a>1</a><cred>{cred 1}</cred>\n";
+    EXPECT_THAT(check(tape, {"<b>2</b><cred>s3cret</cred><c>pass&amp;word</c>"}),
+                ElementsAre(HasSubstr("and not \"b>2</b><cred>***</cred><c>***</c>\"")));
+    EXPECT_THAT(check(tape, {"<token a=''>s3cret</token>"}),
+                ElementsAre(HasSubstr("and not \"token a=''>***</token>")));
+}
+
 TEST_F(TapeVerifier, FormsGetABoundaryThatIsNotInThem)
 {
     const std::string tape =
