@@ -192,7 +192,7 @@ void replaceState(Database& database, const Json& state)
     clearState(database);
     for (const Table& table : tablesOf(database)) {
         // An empty one stands there, too: who leaves one out has lost it.
-        if (!lists.has(table.name.c_str())) throw JsonError("\"tables\": \"" + table.name + "\" is missing");
+        if (!lists.has(table.name.c_str())) throw JsonError(R"("tables": ")" + table.name + R"(" is missing)");
         insertRows(database, table, lists.list(table.name.c_str()));
     }
     lists.end();
