@@ -4,6 +4,7 @@ cmake_path(SET library NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../..)
 
 file(REMOVE_RECURSE ${work})
 set(choices -G ${generator} -D library=${library} -D CMAKE_BUILD_TYPE=Debug -D CMAKE_UNITY_BUILD=ON
+    -D CMAKE_C_FLAGS_DEBUG=-O0 -D CMAKE_CXX_FLAGS_DEBUG=-O0
     -D "CMAKE_C_COMPILER_LAUNCHER=${launcher}"
     -D "CMAKE_CXX_COMPILER_LAUNCHER=${launcher}")
 if(toolchain)
