@@ -62,12 +62,13 @@ function(expect_refusal reason)
     endif()
 endfunction()
 
-# install_expat(<name> <option>...): by its own project, into ${work}/<name>.
+# install_expat(<name> <option>...): by its own project, into ${work}/<name>. What it finds out of the compiler is found
+# out once; an option stays until it is given anew.
 function(install_expat name)
-    run(${CMAKE_COMMAND} -S ${expat} -B ${work}/${name}-build ${choices} -D CMAKE_INSTALL_PREFIX=${work}/${name}
+    run(${CMAKE_COMMAND} -S ${expat} -B ${work}/expat ${choices} -D CMAKE_INSTALL_PREFIX=${work}/${name}
         -D CMAKE_INSTALL_LIBDIR=lib -D EXPAT_BUILD_DOCS=OFF -D EXPAT_BUILD_EXAMPLES=OFF -D EXPAT_BUILD_TESTS=OFF
         -D EXPAT_BUILD_TOOLS=OFF -D EXPAT_ENABLE_INSTALL=ON ${ARGN})
-    run(${CMAKE_COMMAND} --build ${work}/${name}-build --target install)
+    run(${CMAKE_COMMAND} --build ${work}/expat --target install)
 endfunction()
 
 set(nowhere ${work}/nowhere)
@@ -87,7 +88,7 @@ install_expat(whole ${position_independent})
 expect_refusal("of another build: it reads document types" ${no_source} -D expat_ROOT=${work}/whole)
 set(small -D EXPAT_CHAR_TYPE=char -D EXPAT_DTD=OFF -D EXPAT_GE=OFF -D EXPAT_CONTEXT_BYTES=OFF)
 if(NOT toolchain)
-    install_expat(fixed -D EXPAT_SHARED_LIBS=OFF ${small})
+    install_expat(fixed -D EXPAT_SHARED_LIBS=OFF -D CMAKE_POSITION_INDEPENDENT_CODE=OFF ${small})
     expect_refusal("of another build: no shared library can be built" ${no_source} -D expat_ROOT=${work}/fixed)
 endif()
 
